@@ -1,0 +1,3 @@
+#include "entry/Host.h"
+
+TervaneCommon* gHost = nullptr;

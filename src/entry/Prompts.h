@@ -1,0 +1,88 @@
+#pragma once
+// The seams through which the designer asks the user anything: message boxes, file choosers,
+// colour choosers. The GUI shows Qt dialogs; tests script the answers and read back what was
+// asked; batch commands print to stderr and take the default answer.
+#include <QColor>
+#include <QString>
+#include <QStringList>
+#include <deque>
+#include <optional>
+#include <vector>
+
+// Classic message-box button sets, icons and answers.
+namespace Mb {
+constexpr int OKOnly = 0, OKCancel = 1, AbortRetryIgnore = 2, YesNoCancel = 3, YesNo = 4, RetryCancel = 5;
+constexpr int Critical = 16, Question = 32, Exclamation = 48, Information = 64;
+constexpr int DefaultButton2 = 256, DefaultButton3 = 512;
+constexpr int OK = 1, Cancel = 2, Abort = 3, Retry = 4, Ignore = 5, Yes = 6, No = 7;
+}
+
+class Prompter {
+public:
+    virtual ~Prompter() = default;
+    // Returns the answer (Mb::OK, Mb::Cancel, ...).
+    virtual int MsgBox(const QString& prompt, int buttons, const QString& title) = 0;
+    // "" when cancelled. filter is a Qt file-dialog filter such as "Reports (*.rdf)".
+    virtual QString ChooseOpenFile(const QString& title, const QString& folder, const QString& filter) = 0;
+    virtual QString ChooseSaveFile(const QString& title, const QString& folder, const QString& filter) = 0;
+    // colour as 32-bit BGR; nullopt when cancelled.
+    virtual std::optional<quint32> ChooseColor(quint32 initialBgr) = 0;
+};
+
+// The prompter in use; never null (a batch prompter until the GUI installs its own).
+Prompter& Prompts();
+void SetPrompter(Prompter* prompter); // null restores the batch prompter
+
+// The classic call, through the seam.
+inline int MsgBox(const QString& prompt, int buttons = Mb::OKOnly, const QString& title = QString())
+{
+    return Prompts().MsgBox(prompt, buttons, title);
+}
+
+// The first answer a button set offers (what Enter would press): used by batch runs.
+int DefaultAnswer(int buttons);
+
+// Prints messages to stderr and answers with the default button; choosers answer "cancel".
+class BatchPrompter : public Prompter {
+public:
+    int MsgBox(const QString& prompt, int buttons, const QString& title) override;
+    QString ChooseOpenFile(const QString&, const QString&, const QString&) override { return {}; }
+    QString ChooseSaveFile(const QString&, const QString&, const QString&) override { return {}; }
+    std::optional<quint32> ChooseColor(quint32) override { return std::nullopt; }
+};
+
+// For tests: answers come from queues, every question is recorded.
+class ScriptedPrompter : public Prompter {
+public:
+    struct Asked {
+        QString prompt;
+        int buttons = 0;
+        QString title;
+    };
+    ScriptedPrompter() { SetPrompter(this); }
+    ~ScriptedPrompter() override { SetPrompter(nullptr); }
+
+    std::deque<int> answers;         // message-box answers; empty → the default button
+    std::deque<QString> files;       // file-chooser answers; empty → cancelled
+    std::deque<std::optional<quint32>> colors;
+    std::vector<Asked> asked;
+    QStringList fileTitles;
+
+    int MsgBox(const QString& prompt, int buttons, const QString& title) override;
+    QString ChooseOpenFile(const QString& title, const QString& folder, const QString& filter) override;
+    QString ChooseSaveFile(const QString& title, const QString& folder, const QString& filter) override;
+    std::optional<quint32> ChooseColor(quint32 initialBgr) override;
+};
+
+// Qt dialogs, owned by the active window.
+class GuiPrompter : public Prompter {
+public:
+    int MsgBox(const QString& prompt, int buttons, const QString& title) override;
+    QString ChooseOpenFile(const QString& title, const QString& folder, const QString& filter) override;
+    QString ChooseSaveFile(const QString& title, const QString& folder, const QString& filter) override;
+    std::optional<quint32> ChooseColor(quint32 initialBgr) override;
+};
+
+// Colours are stored as 32-bit BGR.
+inline QColor ColorFromBgr(quint32 bgr) { return QColor(int(bgr & 0xFF), int((bgr >> 8) & 0xFF), int((bgr >> 16) & 0xFF)); }
+inline quint32 BgrFromColor(const QColor& c) { return quint32(c.red()) | (quint32(c.green()) << 8) | (quint32(c.blue()) << 16); }

@@ -1,0 +1,56 @@
+#pragma once
+// The component's public entry: the host creates one and calls Start for a job.
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+
+class TervaneCommon;
+
+// What the entry needs of the two top-level windows; the windows themselves register
+// factories so that the entry does not depend on their layers.
+class ComponentWindow {
+public:
+    virtual ~ComponentWindow() = default;
+    virtual QWidget* Widget() = 0;
+    // Unload: close without asking and release the window.
+    virtual void Unload() = 0;
+};
+
+class DesignWindow : public ComponentWindow {
+public:
+    virtual void Init(int jobIndex, int reportKind, bool showFieldList) = 0;
+};
+
+class FlyerWindow : public ComponentWindow {
+public:
+    virtual void Init(int jobIndex) = 0;
+};
+
+using DesignWindowFactory = std::function<DesignWindow*()>;
+using FlyerWindowFactory = std::function<FlyerWindow*()>;
+void SetDesignWindowFactory(DesignWindowFactory factory);
+void SetFlyerWindowFactory(FlyerWindowFactory factory);
+
+// The help file the component's windows open; set by Start before any window exists.
+QString ComponentHelpFile();
+
+class clsReportDesign {
+public:
+    clsReportDesign() = default;
+    ~clsReportDesign();
+    clsReportDesign(const clsReportDesign&) = delete;
+    clsReportDesign& operator=(const clsReportDesign&) = delete;
+
+    void Start(TervaneCommon* pTervaneCommon, int& JobIndex);
+    void UnloadObj();
+
+    // The open windows (null when none or closed).
+    DesignWindow* DesignForm() const { return m_design && m_designWidget ? m_design : nullptr; }
+    FlyerWindow* FlyerForm() const { return m_flyers && m_flyersWidget ? m_flyers : nullptr; }
+
+private:
+    DesignWindow* m_design = nullptr;
+    QPointer<QWidget> m_designWidget;
+    FlyerWindow* m_flyers = nullptr;
+    QPointer<QWidget> m_flyersWidget;
+};
