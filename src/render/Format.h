@@ -6,8 +6,10 @@
 #include <QString>
 #include <QVariant>
 
-// Throws FormatError when the value cannot be formatted with that format (for example a
-// non-numeric, non-date text with a numeric-only format where the classic function fails).
+// Text that reads as neither a number nor a date comes back unchanged from number and date
+// formats, as the classic function returns it. Throws FormatError 13 "Type mismatch" for
+// values no format takes (lists, maps, points...) and 6 "Overflow" for a date outside
+// 1 Jan 100 .. 31 Dec 9999 shown with a date format, or a NaN/infinite number.
 QString Format(const QVariant& value, const QString& format);
 
 struct FormatError {

@@ -1,0 +1,264 @@
+// Template view and data view: the composed SELECT, decoding, and bound photos.
+#include "document/clsRptControl.h"
+
+#include "entry/Host.h"
+#include "entry/Prompts.h"
+#include "entry/ReportKinds.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace {
+
+QString replaceTokens(QString sql)
+{
+    if (!gHost)
+        return sql;
+    sql.replace(QLatin1String("'~AccessKey~'"), gHost->AccessKey(), Qt::CaseSensitive);
+    sql.replace(QLatin1String("'~UserId~'"), QLatin1Char('\'') + gHost->AgentId() + QLatin1Char('\''), Qt::CaseSensitive);
+    return sql;
+}
+
+QString valueText(const QVariant& v)
+{
+    // Whole numbers come back from the database as integers or reals; show them without ".0".
+    if (v.typeId() == QMetaType::Double) {
+        const double d = v.toDouble();
+        if (d == double(qint64(d)))
+            return QString::number(qint64(d));
+        return QString::number(d, 'g', 15);
+    }
+    return v.toString();
+}
+
+QString nowText()
+{
+    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+}
+
+} // namespace
+
+void clsRptControl::SetView(int view)
+{
+    for (ItemRecord& r : m_items) {
+        QObject* c = r.control;
+        if (r.ObjectType == ObjType::Field || r.ObjectType == ObjType::DateTime) {
+            if (view == 0) {
+                r.Text = Prop(c, "Text").toString();
+                SetProp(c, "Text", r.Name);
+            } else {
+                SetProp(c, "Text", r.Text);
+            }
+        } else if (r.ObjectType == ObjType::Image && Prop(c, "DataBound").toBool()) {
+            if (view == 0)
+                SetProp(c, "Picture", QVariant());
+            else
+                SetProp(c, "FileName", GetBoundPhotoFile(AutoFillId, Prop(c, "PhotoSeq").toInt(), QString(), Prop(c, "Category").toInt()));
+        }
+    }
+    DataView = view != 0;
+}
+
+bool clsRptControl::RefreshData(const QString& key, int first, int last)
+{
+    if (first == 0)
+        first = 1;
+    if (last == 0)
+        last = RptItemCount();
+    last = std::min(last, RptItemCount());
+
+    QString list = QStringLiteral(",");
+    for (int i = first; i <= last; ++i) {
+        ItemRecord& r = ItemRef(i);
+        QObject* c = r.control;
+        if (r.ObjectType == ObjType::Field) {
+            const QString& name = r.DataField;
+            if (!list.contains(QLatin1Char(',') + name + QLatin1Char(','), Qt::CaseSensitive)) {
+                if (r.HasExpression() && m_dic) {
+                    m_dic->SelectField(r.DicId);
+                    list += m_dic->FieldExpression() + QStringLiteral(" AS ") + name + QLatin1Char(',');
+                } else {
+                    list += name + QLatin1Char(',');
+                }
+            }
+            const QString second = Prop(c, "DataFormat").toString();
+            if (Prop(c, "UseShortText").toBool() && !second.isEmpty() && (r.CodeType == 1 || r.CodeType == 2) &&
+                !list.contains(QLatin1Char(',') + second + QLatin1Char(','), Qt::CaseInsensitive))
+                list += second + QLatin1Char(',');
+        } else if (r.ObjectType == ObjType::Image) {
+            if (!list.contains(QLatin1String(",PhotoVersion,")))
+                list += QStringLiteral("PhotoVersion,");
+        } else if (r.ObjectType == ObjType::DateTime) {
+            r.Text = nowText();
+            if (DataView)
+                SetProp(c, "Text", r.Text);
+        }
+    }
+    if (list == QLatin1String(","))
+        return true;
+
+    const int kind = m_dic ? m_dic->DatabaseKind() : 1;
+    QString join;
+    if (kind == 1 && list.contains(QLatin1String(",PhotoVersion,")))
+        join = QStringLiteral(" LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum");
+    else if (kind == 5 && list.contains(QLatin1String(",PhotoVersion,")))
+        join = QStringLiteral(" LEFT JOIN Photo ON Rentals.Listnum = Photo.PhoListnum");
+    const QString columns = list.mid(1, list.size() - 2);
+    QString sql = QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + m_dic->TableName() + join +
+                  QStringLiteral(" WHERE ") + m_dic->KeyField() + QStringLiteral(" = ") + key + QLatin1Char(';');
+    const QString statusList = gHost ? gHost->StatusList() : QString();
+    if (kind == 1 && !statusList.isEmpty()) {
+        sql.chop(1);
+        sql += QStringLiteral(" AND CLng(LstStatus) NOT IN (") + statusList + QStringLiteral(");");
+    }
+    sql = replaceTokens(sql);
+
+    std::unique_ptr<Recordset> rs = m_db->OpenRecordset(kind, sql, 3, 1, 1);
+    if (rs->RecordCount() == 0)
+        return false;
+
+    for (int i = first; i <= last; ++i) {
+        ItemRecord& r = ItemRef(i);
+        QObject* c = r.control;
+        if (r.ObjectType == ObjType::Field) {
+            const QVariant v = rs->Fields(r.DataField);
+            if (v.isNull()) {
+                r.Text.clear();
+            } else {
+                const QString s = valueText(v);
+                const bool coded = r.CodeType == 1 || r.CodeType == 2;
+                const bool shortText = Prop(c, "UseShortText").toBool();
+                const QString second = Prop(c, "DataFormat").toString();
+                if (!coded) {
+                    r.Text = s;
+                } else if (!shortText) {
+                    r.Text = m_dic->DecodeLong(s);
+                } else if (second.isEmpty()) {
+                    r.Text = m_dic->DecodeShort(s);
+                } else {
+                    SetProp(c, "FormatClass", 0);
+                    r.Text = m_dic->DecodeLong(s);
+                    const QVariant v2 = rs->Fields(second);
+                    if (!v2.isNull())
+                        r.Text = r.Text.isEmpty() ? valueText(v2) : r.Text + QStringLiteral(", ") + valueText(v2);
+                }
+            }
+            if (DataView)
+                SetProp(c, "Text", r.Text);
+        } else if (r.ObjectType == ObjType::Image && Prop(c, "DataBound").toBool()) {
+            if (!DataView) {
+                SetProp(c, "Picture", QVariant());
+            } else {
+                const QVariant ver = rs->Fields(QStringLiteral("PhotoVersion"));
+                SetProp(c, "FileName", GetBoundPhotoFile(key, Prop(c, "PhotoSeq").toInt(), ver.isNull() ? QString() : valueText(ver),
+                                                         Prop(c, "Category").toInt()));
+            }
+        }
+    }
+    rs->Close();
+    return true;
+}
+
+void clsRptControl::ClearTextdata()
+{
+    for (ItemRecord& r : m_items)
+        if (r.ObjectType == ObjType::Field)
+            r.Text.clear();
+}
+
+void clsRptControl::ClearDataView()
+{
+    for (ItemRecord& r : m_items)
+        if (r.ObjectType == ObjType::Field) {
+            r.Text.clear();
+            SetProp(r.control, "Text", QString());
+        }
+}
+
+QString clsRptControl::GetFieldValue(const QString& column, int codeType, bool hasExpression, bool useShortText)
+{
+    try {
+        const int kind = m_dic->DatabaseKind();
+        QString filter;
+        const QString statusList = gHost ? gHost->StatusList() : QString();
+        if (kind == 1 && !statusList.isEmpty())
+            filter = QStringLiteral(" AND CLng(LstStatus) NOT IN (") + statusList + QLatin1Char(')');
+        QString sql;
+        if (hasExpression) {
+            m_dic->SelectFieldByName(column);
+            sql = QStringLiteral("SELECT ") + m_dic->FieldExpression() + QStringLiteral(" AS ") + column;
+        } else {
+            sql = QStringLiteral("SELECT ") + column;
+        }
+        sql += QStringLiteral(" FROM ") + m_dic->TableName() + QStringLiteral(" WHERE ") + m_dic->KeyField() + QStringLiteral(" = ") +
+               AutoFillId + filter + QLatin1Char(';');
+        std::unique_ptr<Recordset> rs = m_db->OpenRecordset(kind, replaceTokens(sql), 3, 1, 1);
+        const QVariant v = rs->Fields(column);
+        if (v.isNull())
+            return QString();
+        const QString s = valueText(v);
+        if (codeType != 1 && codeType != 2)
+            return s;
+        return useShortText ? m_dic->DecodeShort(s) : m_dic->DecodeLong(s);
+    } catch (const std::exception&) {
+        MsgBox(QStringLiteral("Error - Unable to retrieve data for ") + AutoFillId, Mb::OKOnly | Mb::Exclamation, QStringLiteral("Report design"));
+        return QString();
+    }
+}
+
+// ---------------------------------------------------------------- photos
+
+QString clsRptControl::GetBoundPhotoFile(const QString& listNum, int photoSeq, const QString& photoVersion, int category)
+{
+    if (category != 0)
+        return GetAgentPhoto(listNum, category, photoSeq);
+    QString version = photoVersion;
+    if (version.isEmpty()) {
+        auto rs = m_db->OpenRecordset(1, QStringLiteral("SELECT PhotoVersion FROM Photo WHERE PhoListNum = ") + listNum + QLatin1Char(';'), 3, 1, 1);
+        if (rs->RecordCount() > 0) {
+            const QVariant v = rs->Fields(QStringLiteral("PhotoVersion"));
+            version = v.isNull() ? QString() : valueText(v);
+        }
+        rs->Close();
+    }
+    const PhotoResult r = gHost->PhotoService().GetPhotoFile(*gHost, listNum, photoSeq, version, 0);
+    return r.status == 1 ? QString() : r.path;
+}
+
+QString clsRptControl::GetAgentPhoto(const QString& listNum, int category, int)
+{
+    QString base, rosterId;
+    int rosterKind = 0;
+    if (category == 1 || category == 2) {
+        const QString column = category == 1 ? QStringLiteral("ListAgentName") : QStringLiteral("SaleAgentName");
+        m_dic->SelectFieldByName(column);
+        const QString expr = m_dic->FieldExpression();
+        const QString sql = expr.isEmpty()
+                                ? QStringLiteral("SELECT ") + column + QStringLiteral(" FROM Listings WHERE ListNum = ") + listNum + QLatin1Char(';')
+                                : QStringLiteral("SELECT ") + expr + QStringLiteral(" AS ") + column + QStringLiteral(" FROM Listings WHERE ListNum = ") + listNum + QLatin1Char(';');
+        auto rs = m_db->OpenRecordset(1, sql, 3, 1, 1);
+        if (rs->RecordCount() > 0) {
+            const QVariant v = rs->Fields(column);
+            base = v.isNull() ? QString() : valueText(v);
+        }
+        rs->Close();
+    } else if (category == 3) {
+        base = gHost->UserName();
+        rosterId = gHost->AgentId();
+        rosterKind = 1;
+    } else if (category == 4) {
+        base = rosterId = gHost->OfficeId();
+        rosterKind = 2;
+    }
+    const QString graphics = gHost->AppPath() + QStringLiteral("Graphics\\");
+    for (const char* ext : {".jpg", ".bmp"}) {
+        const QString path = graphics + base + QLatin1String(ext);
+        if (QFileInfo::exists(LocalPath(path)))
+            return LocalPath(path);
+    }
+    if (category == 3 || category == 4) {
+        const PhotoResult r = gHost->PhotoService().GetPhotoFile(*gHost, rosterId, rosterKind, QStringLiteral("GetRosterPhoto"));
+        return r.status == 1 ? QString() : r.path;
+    }
+    return QString();
+}

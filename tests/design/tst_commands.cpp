@@ -1,0 +1,601 @@
+#include "design/CommandBar.h"
+#include "design/CommandTable.h"
+#include "entry/ReportKinds.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
+#include <QSignalSpy>
+#include <QToolBar>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+QStringList AllNames()
+{
+    QStringList names;
+    for (const CommandDef& d : Commands())
+        names << d.Name();
+    return names;
+}
+
+QStringList ToolNamesOf(const QWidget* container)
+{
+    QStringList names;
+    for (const QAction* a : container->actions())
+        if (!a->isSeparator())
+            names << a->objectName();
+    return names;
+}
+
+QStringList Palette()
+{
+    QStringList names;
+    for (int i = 0; i < 16; ++i)
+        names << QStringLiteral("cpColor%1").arg(i);
+    return names;
+}
+
+struct Window {
+    QMainWindow w;
+    CommandBar* bar = new CommandBar(&w);
+    Window() { bar->SetImplemented(AllNames()); }
+};
+}
+
+class TestCommands : public QObject {
+    Q_OBJECT
+private slots:
+    void tableDefinesEachToolOnce()
+    {
+        QSet<QString> seen;
+        for (const CommandDef& d : Commands()) {
+            QVERIFY2(!seen.contains(d.Name()), qPrintable(d.Name()));
+            seen.insert(d.Name());
+        }
+        QCOMPARE(seen.size(), int(Commands().size()));
+
+        QVERIFY(FindCommand(u"miSave"));
+        QCOMPARE(FindCommand(u"miSave")->Name(), QString("miSave"));
+        QVERIFY(!FindCommand(u"MISAVE"));   // names are compared exactly
+        QVERIFY(!FindCommand(u"miSave "));
+        QVERIFY(!FindCommand(u""));
+        QVERIFY(!FindCommand(u"-"));
+        QVERIFY(!FindBand(u"barformatting"));
+
+        QStringList unplaced;
+        for (const CommandDef& d : Commands()) {
+            if (d.opensBand)
+                QVERIFY2(FindBand(QString::fromLatin1(d.opensBand)), d.opensBand);
+            if (PlacementsOf(d.Name()).isEmpty())
+                unplaced << d.Name();
+        }
+        QCOMPARE(unplaced, QStringList({"mnuTools", "mnuWindow", "miSaveFlyer", "miSaveFlyerAs", "miPrintSetup"}));
+        for (const BandDef& b : Bands())
+            for (const QString& t : BandToolNames(b))
+                QVERIFY2(FindCommand(t), qPrintable(b.Name() + ": " + t));
+
+        QCOMPARE(PlacementsOf(u"printpreview"),
+                 QList<Placement>({{"mnuFile", 2}, {"mnuView", 2}, {"barReportDesign", 1}}));
+        QCOMPARE(PlacementsOf(u"cpColor15"),
+                 QList<Placement>({{"barForeColor", 15}, {"barBackColor", 15}, {"barBorderColor", 15}}));
+    }
+
+    void toolTexts_data()
+    {
+        QTest::addColumn<QString>("tip");
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("description");
+        const auto row = [](const char* n, const char* tip, const char* cat, const char* cap, const char* desc) {
+            QTest::newRow(n) << QString(tip) << QString(cat) << QString(cap) << QString(desc);
+        };
+        row("new", "New", "File", "&New", "Creates a new, blank file");
+        row("Open", "Open", "File", "&Open", "Opens or finds a file");
+        row("miSave", "Save", "File", "&Save", "Saves current active file");
+        row("miSaveAs", "Save under a new name", "File", "Save &As...", "Saves current file with a new name");
+        row("miSaveFlyer", "Save as flyer", "File", "Save Flyer", "");
+        row("miSaveFlyerAs", "Save Flyer using another filename", "File", "Save Flyer As...", "");
+        row("miPageSetup", "Page Setup", "File", "Page Setup...", "Setup page properties");
+        row("miPrintSetup", "Print Setup", "File", "Print Setup...", "Set up printer properties");
+        row("print", "Print", "View", "Print...", "Print current file");
+        row("PrintFromFileMenu", "Print", "View", "Print...", "Print current file");
+        row("printpreview", "Print Preview", "View", "Print Preview", "Print preview current file");
+        row("miSelectProperty", "Select the Property whos data you wish to use to populate your report", "File",
+            "Select Property", "");
+        row("exit", "Exit", "File", "E&xit", "Close all documents and exit");
+        row("miCut", "Cut", "Edit", "C&ut", "Cut current selection to clipboard");
+        row("miCopy", "Copy", "Edit", "C&opy", "Copy current selection to clipboard");
+        row("miPaste", "Paste", "Edit", "&Paste", "Paste clipboard contents into document");
+        row("miSelectByArea", "Select all controls within an area", "Edit", "Group Select", "");
+        row("miDeleteObject", "Delete", "Edit", "Delete", "");
+        row("miDataView", "Show property data", "View", "Data View", "");
+        row("miTemplateView", "Template View", "View", "Template", "View normal");
+        row("miPageHeader", "Show/Hide Page header/Footer bars", "View", "Page Header/Footer", "");
+        row("miShowOutline", "Show/Hide Control outlines", "View", "Show Outline", "");
+        row("miGridSetup", "Grid  Settings", "View", "Grid Settings", "Display grid");
+        row("miProperties", "Properties", "Misc", "Properties", "Display property dialog box");
+        row("miFieldList", "Field List", "Misc", "Field List", "View normal");
+        row("miObjectName", "Object", "Misc", "Object Name", "Select current object");
+        row("miSendtoFront", "Bring to Front", "Misc", "Bring to &Front", "Bring to front");
+        row("miSendtoBack", "Send to back", "Misc", "Send to &Back", "Send object to back");
+        row("miEffect", "Special Effect", "Misc", "Effect", "Special Effect");
+        row("miEffectFlat", "Flat", "Misc", "Flat", "Special Effect Flat");
+        row("miEffectShadow", "Effect", "Misc", "Shadow", "Shadow");
+        row("fnFont", "Font Name", "Font", "&Font", "Change font");
+        row("fnFontSize", "Font Size", "Font", "Font &Size", "Change font size");
+        row("fnBold", "Bold", "Font", "&Bold", "Set current style to bold");
+        row("fnItalic", "Italic", "Font", "&Italic", "Set current style to italic");
+        row("fnUnderline", "Underline", "Font", "&Underline", "Set current style to underlined");
+        row("fnLeft", "Left", "Font", "&Left", "Align left");
+        row("fnCenter", "Center", "Font", "&Center", "Align center");
+        row("fnRight", "Right", "Font", "&Right", "Align right");
+        row("fnForeColor", "Font/Fore Color", "Toolbox", "Font/Fore Color", "Font Fore Color");
+        row("fnBackColor", "Fill/Back Color", "Toolbox", "Fill/Back Color", "Fill/Background Color");
+        row("tbBorderColor", "Line/Border Color", "Toolbox", "Line/Border Color", "Line/Border Color");
+        row("tbSelectObjects", "Select", "Toolbox", "Select Objects", "Select drawing objects");
+        row("tbInsertLabel", "Label", "Toolbox", "Label", "Insert a Label");
+        row("tbInsertPicture", "Insert Picture from file", "Toolbox", "Picture", "Insert picture at current position");
+        row("EmbedPhoto", "Insert a photo from file", "Toolbox", "Insert a Photo", "");
+        row("InsertLinkedPhoto", "Insert a link to an external photo file", "Toolbox", "Insert a linked photo", "");
+        row("tbBoundPicture", "Insert Bound Picture", "Toolbox", "Bound Picture", "Insert picture at current position");
+        row("tbInsertRectangle", "Rectangle", "Toolbox", "Rectangle", "Insert a Text box");
+        row("tbInsertLine", "Line", "Toolbox", "Line", "Insert a Line");
+        row("tbDateTime", "Insert Date/Time", "Toolbox", "Date/Time", "Insert Date");
+        row("tbPageBreak", "Page Break", "Misc", "Page Break", "Page Break");
+        row("tbSectionBreak", "Section Break", "Toolbox", "Section Break", "");
+        row("tbSubReport", "Sub Report", "Toolbox", "Sub Report", "");
+        row("miInsertFile", "Insert/Paste from a file", "Toolbox", "Insert File", "Insert file at current position");
+        row("miClearDataSource", "Clear Dic data source field when saving report", "Toolbox",
+            "Clear Data Source on Save", "");
+        row("cpColor0", "", "ColorPalette", "Color0", "");
+        row("cpColor12", "", "ColorPalette", "Color12", "");
+        row("cpColor15", "", "ColorPalette", "Color15", "");
+        row("mnuFile", "", "Built-in Menus", "&File", "");
+        row("mnuEdit", "", "Built-in Menus", "&Edit", "");
+        row("mnuView", "", "Built-in Menus", "&View", "");
+        row("mnuInsert", "", "Built-in Menus", "&Insert", "");
+        row("mnuFormat", "", "Built-in Menus", "Fo&rmat", "");
+        row("mnuHelp", "", "Built-in Menus", "&Help", "");
+        row("mnuTools", "", "Built-in Menus", "&Tools", "");
+        row("mnuWindow", "", "Built-in Menus", "&Window", "");
+    }
+    void toolTexts()
+    {
+        QFETCH(QString, tip);
+        QFETCH(QString, category);
+        QFETCH(QString, caption);
+        QFETCH(QString, description);
+        const QString name = QTest::currentDataTag();
+        const CommandDef* d = FindCommand(name);
+        QVERIFY(d);
+        QCOMPARE(QString(d->toolTip), tip);
+        QCOMPARE(QString(d->category), category);
+        QCOMPARE(QString(d->caption), caption);
+        QCOMPARE(QString(d->description), description);
+
+        Window win;
+        QAction* a = win.bar->Action(name);
+        QVERIFY(a);
+        QCOMPARE(a->objectName(), name);
+        QCOMPARE(a->text(), caption);
+        if (!tip.isEmpty())
+            QCOMPARE(a->toolTip(), tip);
+        QCOMPARE(a->statusTip(), description);
+    }
+
+    void bandsHoldTheirToolsInOrder_data()
+    {
+        QTest::addColumn<QStringList>("tools");
+        QTest::newRow("mnuMain") << QStringList{"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"};
+        QTest::newRow("mnuFile") << QStringList{"new", "Open", "printpreview", "PrintFromFileMenu", "miPageSetup",
+                                                "miSave", "miSaveAs", "miSelectProperty", "miClearDataSource", "exit"};
+        QTest::newRow("mnuEdit") << QStringList{"miCut", "miCopy", "miPaste", "miSelectByArea", "miDeleteObject"};
+        QTest::newRow("mnuView") << QStringList{"miProperties", "miFieldList", "printpreview", "miSendtoFront",
+                                                "miSendtoBack", "miPageHeader", "miShowOutline", "miGridSetup"};
+        QTest::newRow("mnuInsert") << QStringList{"tbInsertLabel", "tbInsertPicture", "tbBoundPicture",
+                                                  "tbInsertRectangle", "tbInsertLine", "tbDateTime", "tbPageBreak",
+                                                  "tbSubReport", "tbSectionBreak", "miInsertFile"};
+        QTest::newRow("mnuFormat") << QStringList{"fnLeft", "fnCenter", "fnRight", "fnFontSize", "fnFont",
+                                                  "fnUnderline", "fnItalic", "fnBold", "fnForeColor", "fnBackColor",
+                                                  "tbBorderColor"};
+        QTest::newRow("barFormatting") << QStringList{"miObjectName", "fnFont", "fnFontSize", "fnBold", "fnItalic",
+                                                      "fnUnderline", "fnBackColor", "fnForeColor", "tbBorderColor"};
+        QTest::newRow("barReportDesign") << QStringList{
+            "print", "printpreview", "miSave", "Open", "miPageSetup", "miProperties", "miCut", "miCopy", "miPaste",
+            "miSendtoFront", "miSendtoBack", "miDataView", "miTemplateView", "fnLeft", "fnCenter", "fnRight",
+            "miEffect"};
+        QTest::newRow("barToolbox") << QStringList{"tbSelectObjects", "tbInsertLabel", "tbInsertPicture",
+                                                   "tbBoundPicture", "tbInsertRectangle", "tbInsertLine"};
+        QTest::newRow("PopEffect") << QStringList{"miEffectFlat", "miEffectShadow"};
+        QTest::newRow("PopInsertPhoto") << QStringList{"EmbedPhoto", "InsertLinkedPhoto"};
+        QTest::newRow("barForeColor") << Palette();
+        QTest::newRow("barBackColor") << Palette();
+        QTest::newRow("barBorderColor") << Palette();
+    }
+    void bandsHoldTheirToolsInOrder()
+    {
+        QFETCH(QStringList, tools);
+        const QString band = QTest::currentDataTag();
+        QVERIFY(FindBand(band));
+        QCOMPARE(BandToolNames(*FindBand(band)), tools);
+
+        Window win;
+        const QWidget* container = band == "mnuMain" ? static_cast<QWidget*>(win.w.menuBar())
+                                   : win.bar->ToolBar(band) ? static_cast<QWidget*>(win.bar->ToolBar(band))
+                                                            : win.bar->Menu(band);
+        QVERIFY(container);
+        QCOMPARE(container->objectName(), band);
+        QCOMPARE(ToolNamesOf(container), tools);
+        // The same action object everywhere, so state set once shows in every place.
+        for (const QAction* a : container->actions())
+            if (!a->isSeparator())
+                QCOMPARE(a, win.bar->Action(a->objectName()));
+    }
+
+    void dropDownsOpenTheirBands()
+    {
+        Window win;
+        CommandBar& b = *win.bar;
+        const QList<std::pair<const char*, const char*>> opens = {
+            {"mnuFile", "mnuFile"},          {"mnuFormat", "mnuFormat"},         {"tbInsertPicture", "PopInsertPhoto"},
+            {"miEffect", "PopEffect"},       {"fnForeColor", "barForeColor"},    {"fnBackColor", "barBackColor"},
+            {"tbBorderColor", "barBorderColor"}};
+        for (const auto& [tool, band] : opens) {
+            QVERIFY(b.Menu(QString(band)));
+            QCOMPARE(b.Action(QString(tool))->menu(), b.Menu(QString(band)));
+        }
+        QVERIFY(!b.Action(u"mnuHelp")->menu()); // Help acts on a click
+        QCOMPARE(win.w.toolBarArea(b.ToolBar(u"barToolbox")), Qt::LeftToolBarArea);
+
+        const auto mode = [&](const char* bar, const char* tool) {
+            auto* button = qobject_cast<QToolButton*>(b.ToolBar(QString(bar))->widgetForAction(b.Action(QString(tool))));
+            return button ? int(button->popupMode()) : -1;
+        };
+        QCOMPARE(mode("barToolbox", "tbInsertPicture"), int(QToolButton::MenuButtonPopup));
+        QCOMPARE(mode("barFormatting", "fnBackColor"), int(QToolButton::InstantPopup));
+        QCOMPARE(mode("barReportDesign", "miEffect"), int(QToolButton::InstantPopup));
+    }
+
+    void toolboxTools_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("bound");
+        QTest::addColumn<bool>("embedded");
+        QTest::newRow("tbSelectObjects") << 0 << false << false;
+        QTest::newRow("tbInsertLabel") << 2 << false << false;
+        QTest::newRow("tbInsertRectangle") << 3 << false << false;
+        QTest::newRow("tbInsertLine") << 4 << false << false;
+        QTest::newRow("tbInsertPicture") << 5 << false << true;
+        QTest::newRow("EmbedPhoto") << 5 << false << true;
+        QTest::newRow("InsertLinkedPhoto") << 5 << false << false;
+        QTest::newRow("tbBoundPicture") << 5 << true << false;
+        QTest::newRow("tbPageBreak") << 6 << false << false;
+        QTest::newRow("tbSubReport") << 7 << false << false;
+        QTest::newRow("tbDateTime") << 8 << false << false;
+        QTest::newRow("tbSectionBreak") << 9 << false << false;
+        QTest::newRow("miInsertFile") << 11 << false << false;
+        QTest::newRow("miSelectByArea") << 12 << false << false;
+    }
+    void toolboxTools()
+    {
+        QFETCH(int, code);
+        QFETCH(bool, bound);
+        QFETCH(bool, embedded);
+        const QString name = QTest::currentDataTag();
+        Window win;
+        CommandBar& b = *win.bar;
+        QCOMPARE(b.CurrentTool(), 0);
+        QVERIFY(b.IsChecked(u"tbSelectObjects"));
+
+        // Start from the opposite picture mode so both flags must really be set.
+        b.Action(bound ? u"InsertLinkedPhoto" : u"tbBoundPicture")->trigger();
+        b.Action(u"tbInsertLine")->trigger();
+        int toolAtSignal = -1;
+        QStringList seen;
+        connect(&b, &CommandBar::triggered, &b, [&](const QString& n) { seen << n; toolAtSignal = b.CurrentTool(); });
+        b.Action(name)->trigger();
+        QCOMPARE(seen, QStringList{name});
+        QCOMPARE(toolAtSignal, code); // the dispatcher already sees the new tool
+        QCOMPARE(b.CurrentTool(), code);
+        if (code == 5) {
+            QCOMPARE(b.PictureBound(), bound);
+            QCOMPARE(b.PictureEmbedded(), embedded);
+        }
+        QStringList checked;
+        for (const CommandDef& d : Commands())
+            if (d.kind == ToolKind::Toolbox && b.IsChecked(d.Name()))
+                checked << d.Name();
+        QCOMPARE(checked, QStringList{name});
+
+        // Clicking the checked tool again keeps it.
+        b.Action(name)->trigger();
+        QVERIFY(b.IsChecked(name));
+
+        b.ResetToolButtons();
+        QCOMPARE(b.CurrentTool(), 0);
+        QVERIFY(b.IsChecked(u"tbSelectObjects"));
+        QCOMPARE(b.IsChecked(name), name == "tbSelectObjects");
+
+        b.SetCurrentTool(1); // a field dropped from the field list
+        QCOMPARE(b.CurrentTool(), 1);
+    }
+
+    void checkMarks()
+    {
+        Window win;
+        CommandBar& b = *win.bar;
+        QVERIFY(b.IsChecked(u"miTemplateView"));
+        QVERIFY(!b.IsChecked(u"miDataView"));
+
+        QList<std::pair<QString, bool>> atSignal;
+        connect(&b, &CommandBar::triggered, &b,
+                [&](const QString& n) { atSignal.append({n, b.IsChecked(n)}); });
+        // Marks the program keeps: a click reports the mark as it was and leaves it.
+        for (const char* tool : {"fnBold", "fnItalic", "fnUnderline", "fnLeft", "fnCenter", "fnRight",
+                                 "miEffectFlat", "miEffectShadow", "miPageHeader", "miDataView"}) {
+            const QString n = tool;
+            atSignal.clear();
+            b.Action(n)->trigger();
+            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, false}}));
+            QVERIFY(!b.IsChecked(n));
+            b.SetChecked(n, true);
+            atSignal.clear();
+            b.Action(n)->trigger();
+            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, true}}));
+            QVERIFY(b.IsChecked(n));
+        }
+        // Marks that flip themselves.
+        for (const char* tool : {"miShowOutline", "miClearDataSource"}) {
+            const QString n = tool;
+            atSignal.clear();
+            b.Action(n)->trigger();
+            b.Action(n)->trigger();
+            b.Action(n)->trigger();
+            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, true}, {n, false}, {n, true}}));
+        }
+        // Plain commands take no mark.
+        b.SetChecked(u"miSave", true);
+        QVERIFY(!b.IsChecked(u"miSave"));
+    }
+
+    void switchedOffTools_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("level");
+        QTest::addColumn<QStringList>("off");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("listings, level 100") << ReportKind::Listings << 100 << QStringList() << "Select Property";
+        QTest::newRow("flyers, level 250") << ReportKind::Flyers << 250 << QStringList() << "Select Property";
+        QTest::newRow("tax rolls") << ReportKind::Taxrolls << 100 << QStringList{"tbBoundPicture"} << "Select Property";
+        QTest::newRow("office, level 99") << ReportKind::Office << 99
+                                          << QStringList{"tbBoundPicture", "tbSubReport", "miClearDataSource"}
+                                          << "Select Office";
+        QTest::newRow("members, level 0") << ReportKind::Members << 0
+                                          << QStringList{"tbSubReport", "miClearDataSource"} << "Select Agent";
+        QTest::newRow("rental, level -1") << ReportKind::Rental << -1
+                                          << QStringList{"tbSubReport", "miClearDataSource"} << "Select Rental";
+    }
+    void switchedOffTools()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, level);
+        QFETCH(QStringList, off);
+        QFETCH(QString, caption);
+        QCOMPARE(SwitchedOffTools(kind, level), off);
+        QCOMPARE(SelectPropertyCaption(kind), caption);
+
+        Window win;
+        CommandBar& b = *win.bar;
+        // A different set-up first: applying again must undo it.
+        b.ApplyReportKindAndLevel(ReportKind::Office, 0);
+        b.ApplyReportKindAndLevel(kind, level);
+        QCOMPARE(b.Action(u"miSelectProperty")->text(), caption);
+        QSignalSpy spy(&b, &CommandBar::triggered);
+        for (const char* tool : {"tbBoundPicture", "tbSubReport", "miClearDataSource", "tbInsertLine"}) {
+            const QString n = tool;
+            b.SetEnabled(n, true); // cannot bring a switched-off tool back
+            QCOMPARE(b.IsEnabled(n), !off.contains(n));
+            b.Action(n)->trigger();
+        }
+        QCOMPARE(spy.count(), 4 - off.size());
+        if (off.contains("tbSubReport")) {
+            QCOMPARE(b.CurrentTool(), 4); // the last live tool, tbInsertLine
+            QVERIFY(!b.IsChecked(u"tbSubReport"));
+        }
+    }
+
+    void triggerEmitsItsName()
+    {
+        Window win;
+        QSignalSpy spy(win.bar, &CommandBar::triggered);
+        int expected = 0;
+        for (const CommandDef& d : Commands()) {
+            if (d.kind == ToolKind::Menu || d.kind == ToolKind::Combo)
+                continue;
+            win.bar->Action(d.Name())->trigger();
+            ++expected;
+            QCOMPARE(spy.count(), expected);
+            QCOMPARE(spy.last().at(0).toString(), d.Name());
+        }
+        QVERIFY(expected > 60);
+    }
+
+    void unimplementedCommandsAreDisabled()
+    {
+        QMainWindow w;
+        CommandBar b(&w);
+        for (const CommandDef& d : Commands())
+            QCOMPARE(b.IsEnabled(d.Name()), d.kind == ToolKind::Menu);
+        QVERIFY(!w.findChild<QComboBox*>("fnFont")->isEnabled());
+
+        b.SetImplemented({"miSave", "fnFont", "cpColor3", "nonsense"});
+        QStringList live;
+        for (const CommandDef& d : Commands())
+            if (b.IsEnabled(d.Name()) && d.kind != ToolKind::Menu)
+                live << d.Name();
+        QCOMPARE(live, QStringList({"miSave", "fnFont", "cpColor3"}));
+        for (QComboBox* box : w.findChildren<QComboBox*>("fnFont"))
+            QVERIFY(box->isEnabled());
+        QVERIFY(b.IsEnabled(u"mnuFile"));
+
+        QSignalSpy spy(&b, &CommandBar::triggered);
+        b.Action(u"miCut")->trigger();
+        b.Action(u"cpColor4")->trigger();
+        b.Action(u"fnBold")->trigger();
+        QCOMPARE(spy.count(), 0);
+        QVERIFY(!b.IsChecked(u"fnBold"));
+        b.SetEnabled(u"miCut", true); // not implemented: stays off
+        QVERIFY(!b.IsEnabled(u"miCut"));
+
+        b.SetEnabled(u"miSave", false);
+        QVERIFY(!b.IsEnabled(u"miSave"));
+        b.Action(u"miSave")->trigger();
+        QCOMPARE(spy.count(), 0);
+        b.SetEnabled(u"miSave", true);
+        b.Action(u"miSave")->trigger();
+        QCOMPARE(spy.count(), 1);
+
+        // Unknown names are ignored rather than crashing the window.
+        b.SetEnabled(u"nonsense", true);
+        b.SetChecked(u"nonsense", true);
+        b.SetCaption(u"nonsense", "x");
+        QVERIFY(!b.Action(u"nonsense"));
+        QVERIFY(!b.IsEnabled(u"nonsense"));
+    }
+
+    void comboTools()
+    {
+        Window win;
+        CommandBar& b = *win.bar;
+        QCOMPARE(b.ComboItems(u"fnFontSize"),
+                 QStringList({"8", "10", "11", "12", "14", "16", "18", "20", "22", "24", "26", "36", "48", "72"}));
+        const QList<QComboBox*> sizes = win.w.findChildren<QComboBox*>("fnFontSize");
+        QCOMPARE(sizes.size(), 2); // tool bar and Format menu
+        QVERIFY(b.ToolBar(u"barFormatting")->findChild<QComboBox*>("fnFontSize"));
+        QVERIFY(b.Menu(u"mnuFormat")->findChild<QComboBox*>("fnFontSize"));
+        QCOMPARE(sizes[0]->count(), 14);
+
+        QSignalSpy spy(&b, &CommandBar::comboChanged);
+        b.SetComboText(u"fnFontSize", "10");
+        QCOMPARE(spy.count(), 0);
+        for (QComboBox* box : sizes)
+            QCOMPARE(box->currentText(), QString("10"));
+
+        // Typing a size that is not in the list (there is no 9) and pressing Enter.
+        QLineEdit* edit = sizes[0]->lineEdit();
+        edit->selectAll();
+        QTest::keyClicks(edit, "9x");
+        QCOMPARE(edit->text(), QString("9")); // only numbers can be typed
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0), (QList<QVariant>{"fnFontSize", "9"}));
+        QCOMPARE(b.ComboText(u"fnFontSize"), QString("9"));
+        QCOMPARE(sizes[1]->currentText(), QString("9"));
+        emit edit->editingFinished(); // leaving the box afterwards reports nothing new
+        QCOMPARE(spy.count(), 1);
+
+        // Emptying the box restores the last value instead of reporting "".
+        edit->clear();
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(edit->text(), QString("9"));
+
+        // The object list is a fixed list; keyboard picks report the chosen name.
+        b.SetComboItems(u"miObjectName", {"Label1", "Field2"});
+        auto* objects = b.ToolBar(u"barFormatting")->findChild<QComboBox*>("miObjectName");
+        QVERIFY(objects && !objects->isEditable());
+        QCOMPARE(objects->currentIndex(), -1);
+        QTest::keyClick(objects, Qt::Key_Down);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(spy.at(1), (QList<QVariant>{"miObjectName", "Label1"}));
+        b.SetComboText(u"miObjectName", "Field2");
+        QCOMPARE(objects->currentText(), QString("Field2"));
+        b.SetComboItems(u"miObjectName", {});
+        QCOMPARE(objects->count(), 0);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(b.ComboText(u"miSave"), QString()); // not a combo
+    }
+
+    void paletteColors_data()
+    {
+        QTest::addColumn<int>("n");
+        QTest::addColumn<uint>("bgr");
+        const uint table[16] = {0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0,
+                                0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF};
+        for (int i = 0; i < 16; ++i)
+            QTest::addRow("color %d", i) << i << table[i];
+        QTest::newRow("below") << -1 << 0u;
+        QTest::newRow("above") << 16 << 0u;
+    }
+    void paletteColors()
+    {
+        QFETCH(int, n);
+        QFETCH(uint, bgr);
+        QCOMPARE(QBColor(n), quint32(bgr));
+        if (n < 0 || n > 15)
+            return;
+        Window win;
+        const QString name = QStringLiteral("cpColor%1").arg(n);
+        QCOMPARE(FindCommand(name)->paletteIndex, n);
+        const QImage swatch = win.bar->Action(name)->icon().pixmap(16, 16).toImage();
+        QCOMPARE(swatch.pixelColor(8, 8), QColor(int(bgr & 0xFF), int((bgr >> 8) & 0xFF), int(bgr >> 16)));
+    }
+
+    void openingAPaletteSetsItsTarget()
+    {
+        Window win;
+        CommandBar& b = *win.bar;
+        QCOMPARE(b.PaletteTarget(), 0);
+        QSignalSpy opened(&b, &CommandBar::bandOpened);
+        const auto open = [&](const char* band) {
+            QMenu* m = b.Menu(QString(band));
+            m->popup(QPoint(0, 0));
+            m->hide();
+        };
+        open("barBackColor");
+        QCOMPARE(b.PaletteTarget(), 2);
+        open("barForeColor");
+        QCOMPARE(b.PaletteTarget(), 1);
+        open("barBorderColor");
+        QCOMPARE(b.PaletteTarget(), 3);
+        open("PopEffect"); // not a palette: the target stays
+        QCOMPARE(b.PaletteTarget(), 3);
+        open("barBackColor");
+        QCOMPARE(b.PaletteTarget(), 2);
+        QStringList names;
+        for (const auto& args : opened)
+            names << args.at(0).toString();
+        QCOMPARE(names, QStringList({"barBackColor", "barForeColor", "barBorderColor", "PopEffect", "barBackColor"}));
+
+        // Colour 12 from the back colour palette: the dispatcher gets the tool and the target.
+        QSignalSpy clicked(&b, &CommandBar::triggered);
+        b.Action(u"cpColor12")->trigger();
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(clicked.at(0).at(0).toString(), QString("cpColor12"));
+        QCOMPARE(QBColor(FindCommand(u"cpColor12")->paletteIndex), 0x0000FFu); // bright red
+        QCOMPARE(b.PaletteTarget(), 2);
+    }
+
+    void shortcutReachesItsCommand()
+    {
+        Window win;
+        win.w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&win.w));
+        win.w.activateWindow();
+        QSignalSpy spy(win.bar, &CommandBar::triggered);
+        QTest::keyClick(&win.w, Qt::Key_S, Qt::ControlModifier);
+        QTest::keyClick(&win.w, Qt::Key_B, Qt::ControlModifier);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(spy.at(0).at(0).toString(), QString("miSave"));
+        QCOMPARE(spy.at(1).at(0).toString(), QString("fnBold"));
+    }
+};
+
+QTEST_MAIN(TestCommands)
+#include "tst_commands.moc"
