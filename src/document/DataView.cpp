@@ -36,7 +36,37 @@ QString nowText()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 
+void refuseUnsafeKey(int kind, const QString& key)
+{
+    if (!clsRptControl::KeyIsSafe(kind, key))
+        throw HostError(HostErr::SqlSyntax, QStringLiteral("The record key %1 is not a valid key for this report").arg(key));
+}
+
 } // namespace
+
+bool clsRptControl::KeyIsSafe(int databaseKind, const QString& key)
+{
+    if (key.isEmpty())
+        return false;
+    if (databaseKind == 1 || databaseKind == 5) {
+        for (const QChar c : key)
+            if (!c.isDigit() || c.unicode() > 127)
+                return false;
+        return key.size() <= 18;
+    }
+    // 'text' with every inner quote doubled.
+    if (key.size() < 2 || !key.startsWith(QLatin1Char('\'')) || !key.endsWith(QLatin1Char('\'')))
+        return false;
+    const QString inner = key.mid(1, key.size() - 2);
+    for (qsizetype i = 0; i < inner.size(); ++i) {
+        if (inner[i] == QLatin1Char('\'')) {
+            if (i + 1 >= inner.size() || inner[i + 1] != QLatin1Char('\''))
+                return false;
+            ++i;
+        }
+    }
+    return true;
+}
 
 void clsRptControl::SetView(int view)
 {
@@ -98,6 +128,7 @@ bool clsRptControl::RefreshData(const QString& key, int first, int last)
         return true;
 
     const int kind = m_dic ? m_dic->DatabaseKind() : 1;
+    refuseUnsafeKey(kind, key);
     QString join;
     if (kind == 1 && list.contains(QLatin1String(",PhotoVersion,")))
         join = QStringLiteral(" LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum");
@@ -179,6 +210,7 @@ QString clsRptControl::GetFieldValue(const QString& column, int codeType, bool h
 {
     try {
         const int kind = m_dic->DatabaseKind();
+        refuseUnsafeKey(kind, AutoFillId);
         QString filter;
         const QString statusList = gHost ? gHost->StatusList() : QString();
         if (kind == 1 && !statusList.isEmpty())
@@ -212,6 +244,8 @@ QString clsRptControl::GetBoundPhotoFile(const QString& listNum, int photoSeq, c
 {
     if (category != 0)
         return GetAgentPhoto(listNum, category, photoSeq);
+    if (!KeyIsSafe(1, listNum) && !KeyIsSafe(5, listNum))
+        return QString();
     QString version = photoVersion;
     if (version.isEmpty()) {
         auto rs = m_db->OpenRecordset(1, QStringLiteral("SELECT PhotoVersion FROM Photo WHERE PhoListNum = ") + listNum + QLatin1Char(';'), 3, 1, 1);
@@ -222,14 +256,14 @@ QString clsRptControl::GetBoundPhotoFile(const QString& listNum, int photoSeq, c
         rs->Close();
     }
     const PhotoResult r = gHost->PhotoService().GetPhotoFile(*gHost, listNum, photoSeq, version, 0);
-    return r.status == 1 ? QString() : r.path;
+    return r.status == 1 ? QString() : LocalPath(r.path);
 }
 
 QString clsRptControl::GetAgentPhoto(const QString& listNum, int category, int)
 {
     QString base, rosterId;
     int rosterKind = 0;
-    if (category == 1 || category == 2) {
+    if ((category == 1 || category == 2) && KeyIsSafe(1, listNum)) {
         const QString column = category == 1 ? QStringLiteral("ListAgentName") : QStringLiteral("SaleAgentName");
         m_dic->SelectFieldByName(column);
         const QString expr = m_dic->FieldExpression();
@@ -258,7 +292,7 @@ QString clsRptControl::GetAgentPhoto(const QString& listNum, int category, int)
     }
     if (category == 3 || category == 4) {
         const PhotoResult r = gHost->PhotoService().GetPhotoFile(*gHost, rosterId, rosterKind, QStringLiteral("GetRosterPhoto"));
-        return r.status == 1 ? QString() : r.path;
+        return r.status == 1 ? QString() : LocalPath(r.path);
     }
     return QString();
 }

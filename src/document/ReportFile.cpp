@@ -357,6 +357,8 @@ int clsRptControl::buildItems(const std::vector<RdfItem>& records, const QString
             if (kind == ObjType::Field) {
                 SetProp(c, "FormatClass", int(r.numberA));
                 SetProp(c, "FunctionType", r.kind == RdfKind::FunctionField ? int(r.numberB) : 0);
+            } else if (kind == ObjType::DateTime) {
+                SetProp(c, "FormatClass", 2); // the file keeps no class for date stamps
             }
             SetProp(c, "DataFormat", r.formatOrFile);
             if (kind == ObjType::Field || kind == ObjType::DateTime)
@@ -431,6 +433,13 @@ void clsRptControl::LoadReport(const QString& FileName)
     if (m_dic && h.dictionaryVersion != m_dic->Version())
         m_dic->Reload();
     AutoFillId = h.autoFillId;
+    // The key goes into SQL as it stands: a damaged or doctored one is dropped, never run.
+    if (!AutoFillId.isEmpty() && m_dic && !KeyIsSafe(m_dic->DatabaseKind(), AutoFillId)) {
+        MsgBox(QStringLiteral("The record key stored in this report (") + AutoFillId.left(40) +
+                   QStringLiteral(") is not valid; the report opens in template view."),
+               Mb::OKOnly | Mb::Exclamation, QStringLiteral("Report Designer File error"));
+        AutoFillId.clear();
+    }
     DataView = !AutoFillId.isEmpty();
     if (m_win) {
         m_win->SetToolChecked(QStringLiteral("miDataView"), DataView);

@@ -188,6 +188,9 @@ public:
     // Writing one; a control without that property is skipped (returns false).
     static bool SetProp(QObject* control, const char* name, const QVariant& value);
     static bool IsTextKind(int objectType);
+    // Whether a record key may stand in SQL as it is: a plain number for listings and rentals
+    // (database kinds 1 and 5), a quoted literal with its quotes doubled for the others.
+    static bool KeyIsSafe(int databaseKind, const QString& key);
 
 signals:
     void itemsChanged();

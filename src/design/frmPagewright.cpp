@@ -1,0 +1,447 @@
+#include "design/frmPagewright.h"
+
+#include "design/CommandBar.h"
+#include "design/DesignPage.h"
+#include "design/PageRuler.h"
+#include "design/Rectangle.h"
+#include "design/RptImage.h"
+#include "design/RptLine.h"
+#include "design/RptTextBox.h"
+#include "design/SectionBar.h"
+#include "design/clsResize.h"
+#include "document/clsRptControl.h"
+#include "entry/Host.h"
+#include "entry/PrivateProfile.h"
+#include "entry/Prompts.h"
+#include "entry/ReportKinds.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
+#include <QLineEdit>
+
+using namespace DesignGeometry;
+
+// The selection manager moves a ruler guide line by moving a scene item; this item passes the
+// move on to the ruler widget. It is never added to the scene.
+class GuideLineItem : public QGraphicsItem {
+public:
+    GuideLineItem(PageRuler* ruler, Qt::Orientation o) : m_ruler(ruler), m_orientation(o)
+    {
+        setFlag(ItemSendsGeometryChanges);
+    }
+    QRectF boundingRect() const override { return {}; }
+    void paint(QPainter*, const QStyleOptionGraphicsItem*, QWidget*) override {}
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override
+    {
+        if (change == ItemPositionHasChanged) {
+            const QPointF p = value.toPointF();
+            m_ruler->SetGuide(m_orientation == Qt::Horizontal ? p.x() : p.y());
+        }
+        return QGraphicsItem::itemChange(change, value);
+    }
+
+private:
+    PageRuler* m_ruler;
+    Qt::Orientation m_orientation;
+};
+
+frmPagewright::frmPagewright(QWidget* parent)
+    : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmPagewright"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    resize(1100, 780);
+    m_bar = new CommandBar(this);
+    m_bar->setObjectName(QStringLiteral("ddbMenu"));
+    m_bar->SetImplemented(ImplementedTools());
+    m_page = new DesignPage(this);
+    setCentralWidget(m_page);
+
+    m_doc = std::make_unique<clsRptControl>();
+    m_sel = std::make_unique<clsResize>();
+    m_hGuide = new GuideLineItem(m_page->HRuler(), Qt::Horizontal);
+    m_vGuide = new GuideLineItem(m_page->VRuler(), Qt::Vertical);
+
+    // In-place editor of a label's text: a line edit on the page, at screen scale.
+    m_text1 = new QLineEdit;
+    m_text1->setObjectName(QStringLiteral("Text1"));
+    m_text1->setFrame(false);
+    m_text1Proxy = m_page->Scene()->addWidget(m_text1);
+    m_text1Proxy->setScale(RptItemControl::PixelTwips());
+    m_text1Proxy->setZValue(2e9);
+    m_text1Proxy->setVisible(false);
+    m_text1->installEventFilter(this);
+
+    connect(m_bar, &CommandBar::triggered, this, &frmPagewright::ToolClick);
+    connect(m_page, &DesignPage::pageMouseDown, this, &frmPagewright::PageMouseDown);
+    connect(m_page, &DesignPage::pageMouseMove, this, &frmPagewright::PageMouseMove);
+    connect(m_page, &DesignPage::pageMouseUp, this, &frmPagewright::PageMouseUp);
+    connect(m_page, &DesignPage::barDragMoved, this, &frmPagewright::BarDragMoved);
+    connect(m_page, &DesignPage::barDropped, this, &frmPagewright::BarDropped);
+    connect(m_page->View(), &PageView::keyDown, this, &frmPagewright::KeyDown);
+    DefaultFont = QFont(QStringLiteral("Arial"));
+    DefaultFont.setPointSizeF(10);
+}
+
+frmPagewright::~frmPagewright()
+{
+    FormUnload();
+    delete m_hGuide;
+    delete m_vGuide;
+}
+
+QStringList frmPagewright::ImplementedTools()
+{
+    return {QStringLiteral("new"), QStringLiteral("Open"), QStringLiteral("miSave"), QStringLiteral("miSaveAs"),
+            QStringLiteral("exit"), QStringLiteral("tbSelectObjects"), QStringLiteral("tbInsertLabel"),
+            QStringLiteral("tbInsertPicture"), QStringLiteral("EmbedPhoto"), QStringLiteral("InsertLinkedPhoto"),
+            QStringLiteral("tbBoundPicture"), QStringLiteral("tbInsertRectangle"), QStringLiteral("tbInsertLine"),
+            QStringLiteral("tbDateTime"), QStringLiteral("tbPageBreak"), QStringLiteral("tbSectionBreak"),
+            QStringLiteral("tbSubReport"), QStringLiteral("miInsertFile"), QStringLiteral("miSelectByArea"),
+            QStringLiteral("miDeleteObject"), QStringLiteral("miCut"), QStringLiteral("miCopy"),
+            QStringLiteral("miPaste"), QStringLiteral("miSendtoFront"), QStringLiteral("miSendtoBack"),
+            QStringLiteral("miPageHeader")};
+}
+
+void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
+{
+    Q_UNUSED(ShowFieldList); // the field list arrives with the property tools
+    m_jobIndex = pJobIndex;
+    m_menuSwitch = MenuSwitch >= 1 && MenuSwitch <= 6 ? MenuSwitch : ReportKind::Listings;
+    if (gHost) {
+        connect(&gHost->AppEvents(), &AppEvents::UnloadForm, this, [this] {
+            // The host's request: ask about unsaved work (the answer cannot stop it), then go.
+            if (!Exiting && !m_unloading)
+                QuerySaveChanges();
+            Unload();
+        });
+        m_designerFolder = gHost->DataPath() + QStringLiteral("\\Users\\") + gHost->UserName() +
+                           QStringLiteral("\\Report Designer");
+    }
+    m_pageLength = PageLengthTwips(UserIni::Get(QStringLiteral("Pagelength"), QStringLiteral("14")));
+
+    m_reportsFolder = ReportFolderTemplate(m_menuSwitch);
+    m_bar->ApplyReportKindAndLevel(m_menuSwitch, gHost ? gHost->UserLevel() : 0);
+
+    if (gHost) {
+        try {
+            m_dic = gHost->NewFieldDictionary(DictionaryKindOf(m_menuSwitch));
+        } catch (const HostError& e) {
+            MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+                   Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
+        }
+    }
+    m_doc->Init(m_dic.get(), this, nullptr);
+
+    m_bar->SetComboItems(u"fnFont", QFontDatabase::families());
+    m_bar->SetComboText(u"fnFont", DefaultFont.family());
+    m_bar->SetComboText(u"fnFontSize", QString::number(DefaultFont.pointSizeF()));
+
+    m_grid = ParseGrid(UserIni::Get(QStringLiteral("Grid"), QStringLiteral("60,60")));
+
+    m_sel->SetScene(m_page->Scene());
+    m_sel->SetRptControl(m_doc.get());
+    m_sel->SetGridX(float(m_grid.x));
+    m_sel->SetGridY(float(m_grid.y));
+    m_sel->SetRulerLines(m_hGuide, m_vGuide);
+    m_sel->SetPageSize(float(m_pageLength), float(m_pageLength));
+    connect(m_sel.get(), &clsResize::selectionChanged, this, [this] { m_doc->SetEdit(); });
+
+    m_page->SetPageLength(m_pageLength);
+    m_sel->ClearSelect();
+    m_doc->SetPageDefaults();
+    HideHeaderFooter();
+    m_doc->SetEdit();
+    m_initialised = true;
+
+    m_reportFileTitle = QStringLiteral("Untitled");
+    UpdateCaption();
+}
+
+void frmPagewright::SetGrid(const GridSpacing& grid)
+{
+    m_grid = grid;
+    m_sel->SetGridX(float(grid.x));
+    m_sel->SetGridY(float(grid.y));
+}
+
+int frmPagewright::CurrentTool() const { return m_bar->CurrentTool(); }
+
+// ---------------------------------------------------------------- DesignSurface
+
+QObject* frmPagewright::LoadItemControl(int objectType)
+{
+    RptItemControl* c = nullptr;
+    switch (objectType) {
+    case ObjType::Box: c = new Rectangle; break;
+    case ObjType::Line: c = new RptLine; break;
+    case ObjType::Image: c = new RptImage; break;
+    default: c = new RptTextBox; break;
+    }
+    m_page->Scene()->addItem(c);
+    // Later items lie over earlier ones, as they were added.
+    m_sceneTopZ += 1;
+    c->setZValue(m_sceneTopZ);
+    connect(c, &RptItemControl::MouseDown, this, [this, c](int b, int s, float x, float y) { ItemMouseDown(c, b, s, x, y); });
+    connect(c, &RptItemControl::MouseMove, this, [this, c](int b, int s, float x, float y) { ItemMouseMove(c, b, s, x, y); });
+    connect(c, &RptItemControl::MouseUp, this, [this, c](int b, int s, float x, float y) { ItemMouseUp(c, b, s, x, y); });
+    connect(c, &RptItemControl::KeyDown, this, &frmPagewright::KeyDown);
+    return c;
+}
+
+void frmPagewright::UnloadItemControl(QObject* control)
+{
+    auto* c = qobject_cast<RptItemControl*>(control);
+    if (!c)
+        return;
+    if (m_editItem == control)
+        EndTextEdit(false);
+    m_sel->RemoveSelect(control);
+    // The control may be the one whose key or mouse event led here: let it finish first.
+    c->hide();
+    c->disconnect(this);
+    if (c->scene())
+        c->scene()->removeItem(c);
+    c->deleteLater();
+}
+
+void frmPagewright::SendToBack(QObject* control)
+{
+    if (auto* c = qobject_cast<RptItemControl*>(control)) {
+        m_sceneBottomZ -= 1;
+        c->setZValue(m_sceneBottomZ);
+    }
+}
+
+float frmPagewright::DetailHeaderBarOffset() const { return m_page->DetailHeaderBarOffset(); }
+float frmPagewright::PageFooterBarOffset() const { return m_page->FooterShown() ? m_page->PageFooterBarOffset() : 0; }
+
+void frmPagewright::HideHeaderFooter()
+{
+    m_page->ShowHeaderFooter(false);
+    m_bar->SetChecked(u"miPageHeader", false);
+    DrawRuler();
+}
+
+void frmPagewright::SetHeaderFooter(float detailBarTop)
+{
+    m_bar->SetChecked(u"miPageHeader", true);
+    const float footer = m_page->FooterShown() ? m_page->PageFooterBarOffset() : 0;
+    m_page->ShowHeaderFooter(true);
+    MoveDetailHeaderBar(detailBarTop);
+    MovePageFooterBar(footer);
+}
+
+void frmPagewright::MoveDetailHeaderBar(float pos)
+{
+    // The items of the detail section and below move with the bar.
+    const float old = m_page->DetailHeaderBarOffset();
+    if (pos != old)
+        m_doc->MoveControls(old, pos);
+    m_page->PlaceDetailBar(pos);
+    DrawRuler();
+}
+
+void frmPagewright::MovePageFooterBar(float footerTop)
+{
+    float pos = footerTop;
+    if (pos == 0) {
+        float end = 0;
+        m_doc->CalcEndOfPage(end);
+        pos = std::max(end + BarHeight, 6000.0f);
+    }
+    m_page->PlaceFooterBar(pos);
+    DrawRuler();
+}
+
+void frmPagewright::ClearDrawing()
+{
+    m_page->HideBand();
+    m_page->HideGuides();
+}
+
+void frmPagewright::DrawRuler() { m_page->DrawRuler(); }
+
+void frmPagewright::SetMousePointer(int pointer)
+{
+    QWidget* vp = m_page->View()->viewport();
+    if (pointer == 11)
+        vp->setCursor(Qt::WaitCursor);
+    else
+        vp->unsetCursor();
+}
+
+void frmPagewright::SetToolText(const QString& tool, const QString& text)
+{
+    if (tool == u"fnFont" || tool == u"fnFontSize" || tool == u"miObjectName")
+        m_bar->SetComboText(tool, text);
+    else
+        m_bar->SetCaption(tool, text);
+}
+
+void frmPagewright::SetToolChecked(const QString& tool, bool checked) { m_bar->SetChecked(tool, checked); }
+void frmPagewright::SetToolEnabled(const QString& tool, bool enabled) { m_bar->SetEnabled(tool, enabled); }
+
+// ---------------------------------------------------------------- commands
+
+void frmPagewright::ToolClick(const QString& toolName)
+{
+    const QString& t = toolName;
+    if (t == u"new")
+        NewReport();
+    else if (t == u"Open")
+        OpenSaveReport(false);
+    else if (t == u"miSave") {
+        if (!m_reportFile.isEmpty()) {
+            SetMousePointer(11);
+            m_doc->SaveReport(m_reportFile, false);
+            SetMousePointer(0);
+        } else {
+            OpenSaveReport(true);
+        }
+    } else if (t == u"miSaveAs")
+        OpenSaveReport(true);
+    else if (t == u"exit")
+        ExitCommand();
+    else if (t == u"miDeleteObject")
+        m_doc->DeleteSelected();
+    else if (t == u"miCut" || t == u"miCopy" || t == u"miPaste")
+        ClipboardCommand(t);
+    else if (t == u"miSendtoFront" || t == u"miSendtoBack")
+        ZOrderCommand(t == u"miSendtoFront");
+    else if (t == u"miPageHeader")
+        PageHeaderCommand();
+    // Toolbox tools: CommandBar has already set CurrentTool and the picture mode.
+}
+
+void frmPagewright::ExitCommand()
+{
+    if (QuerySaveChanges())
+        return;
+    Exiting = true;
+    if (m_jobIndex != -1 && gHost && !m_jobClosed) {
+        m_jobClosed = true;
+        gHost->CloseJob(m_jobIndex);
+    }
+    // The host may already have unloaded us through CloseJob.
+    if (!m_unloaded)
+        Unload();
+}
+
+void frmPagewright::ClipboardCommand(const QString& toolName)
+{
+    // With a text editor focused these are its own text commands.
+    auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    const bool nothingSelected = m_sel->Count() == 0;
+    if (toolName == u"miPaste") {
+        if (edit) {
+            edit->paste();
+            return;
+        }
+        QPointF at = m_page->ScrollPosition();
+        float x = float(at.x()), y = float(at.y());
+        m_doc->EditPasteControls(QString(), x, y);
+        return;
+    }
+    if (nothingSelected) {
+        if (edit)
+            toolName == u"miCut" ? edit->cut() : edit->copy();
+        return;
+    }
+    m_doc->EditCopyControls();
+    if (toolName == u"miCut")
+        m_doc->DeleteSelected();
+    m_doc->SetEdit();
+}
+
+void frmPagewright::ZOrderCommand(bool toFront)
+{
+    const QList<QObject*> sel = m_sel->SelectedControls();
+    if (sel.isEmpty())
+        return;
+    int number = 0;
+    if (toFront)
+        number = ++m_topZOrder;
+    else
+        number = --m_bottomZOrder;
+    for (QObject* o : sel)
+        if (auto* c = qobject_cast<RptItemControl*>(o)) {
+            if (toFront) {
+                m_sceneTopZ += 1;
+                c->setZValue(m_sceneTopZ);
+            } else {
+                SendToBack(c);
+            }
+        }
+    m_doc->ZOrder(number);
+}
+
+void frmPagewright::PageHeaderCommand()
+{
+    if (m_bar->IsChecked(u"miPageHeader")) {
+        if (m_doc->DeleteHeaderFooter())
+            return; // the user kept them
+        // What was the detail section moves back up to the top of the page.
+        const float old = m_page->DetailHeaderBarOffset();
+        if (old > 0)
+            m_doc->MoveControls(old, 0);
+        HideHeaderFooter();
+    } else {
+        // A one-inch page header to start with.
+        SetHeaderFooter(BarHeight + 1440);
+    }
+    m_doc->DirtyFlag = true;
+    DrawRuler();
+}
+
+// ---------------------------------------------------------------- closing
+
+void frmPagewright::closeEvent(QCloseEvent* event)
+{
+    if (!m_unloading && !Exiting) {
+        if (QuerySaveChanges()) {
+            event->ignore();
+            return;
+        }
+        if (m_jobIndex != -1 && gHost && !m_jobClosed) {
+            m_jobClosed = true;
+            m_unloading = true; // the host may unload us from inside CloseJob
+            gHost->CloseJob(m_jobIndex);
+        }
+    }
+    FormUnload();
+    event->accept();
+}
+
+void frmPagewright::Unload()
+{
+    if (m_unloaded)
+        return;
+    m_unloading = true;
+    FormUnload();
+    close();
+}
+
+void frmPagewright::FormUnload()
+{
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    if (m_initialised && gHost)
+        UserIni::Set(QStringLiteral("Grid"), GridText(m_grid));
+    if (gHost)
+        disconnect(&gHost->AppEvents(), nullptr, this, nullptr);
+    EndTextEdit(false);
+    if (m_sel)
+        m_sel->ClearSelect();
+}
+
+void RegisterDesignWindow()
+{
+    SetDesignWindowFactory([] { return new frmPagewright; });
+}

@@ -1,0 +1,155 @@
+#pragma once
+// The report/flyer design window: menus and tool bars from the command table, the design page
+// with its rulers and section bars, the report document and the selection manager. It creates
+// items with the current tool, routes item events to the selection manager, and opens, saves
+// and closes reports.
+#include "design/DesignGeometry.h"
+#include "document/DesignSurface.h"
+#include "entry/clsReportDesign.h"
+
+#include <QFont>
+#include <QMainWindow>
+#include <QPointer>
+#include <memory>
+
+class CommandBar;
+class DesignPage;
+class FieldDictionary;
+class QLineEdit;
+class QGraphicsProxyWidget;
+class RptItemControl;
+class clsResize;
+class clsRptControl;
+class GuideLineItem;
+
+class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface {
+    Q_OBJECT
+public:
+    explicit frmPagewright(QWidget* parent = nullptr);
+    ~frmPagewright() override;
+
+    // --- DesignWindow
+    void Init(int pJobIndex, int MenuSwitch, bool ShowFieldList) override;
+    QWidget* Widget() override { return this; }
+    void Unload() override;
+
+    // --- the window's operations
+    void SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId);
+    // Returns false when the user cancelled or the file could not be written or read.
+    bool OpenSaveReport(bool saveMode);
+    // True when a close is to be cancelled.
+    bool QuerySaveChanges();
+    void UpdateCaption();
+    void DrawRuler();
+    void MoveDetailHeaderBar(float pos);
+    void DeleteHeaderFooter() {}
+    // Creates an item of the current tool over `band` (page twips).
+    void CreateNewObject(const QString& DataField, const QRectF& band, int dicId = 0);
+    void BeginTextEdit(QObject* item);
+    void ToolClick(const QString& toolName);
+
+    // --- DesignSurface, for the document
+    QObject* LoadItemControl(int objectType) override;
+    void UnloadItemControl(QObject* control) override;
+    void SendToBack(QObject* control) override;
+    float DetailHeaderBarOffset() const override;
+    float PageFooterBarOffset() const override;
+    void HideHeaderFooter() override;
+    void SetHeaderFooter(float detailBarTop) override;
+    void MovePageFooterBar(float footerTop) override;
+    void ClearDrawing() override;
+    int GridIncX() const override { return m_grid.x; }
+    int GridIncY() const override { return m_grid.y; }
+    void SetMousePointer(int pointer) override;
+    void SetToolText(const QString& tool, const QString& text) override;
+    void SetToolChecked(const QString& tool, bool checked) override;
+    void SetToolEnabled(const QString& tool, bool enabled) override;
+
+    // --- parts and state, for the commands and tests
+    clsRptControl& Document() const { return *m_doc; }
+    clsResize& SelObj() const { return *m_sel; }
+    CommandBar& Commands() const { return *m_bar; }
+    DesignPage& Page() const { return *m_page; }
+    QLineEdit* TextEditor() const { return m_text1; }
+    FieldDictionary* Dictionary() const { return m_dic.get(); }
+    int CurrentTool() const;
+    int JobIndex() const { return m_jobIndex; }
+    int MenuSwitch() const { return m_menuSwitch; }
+    QString ReportsFolder() const { return m_reportsFolder; }   // with "~UserName~"
+    QString ReportsFolderPath() const;                          // local, user resolved
+    QString DesignerFolder() const { return m_designerFolder; }
+    QString ReportFile() const { return m_reportFile; }
+    QString ReportFileTitle() const { return m_reportFileTitle; }
+    double PageLength() const { return m_pageLength; }
+    DesignGeometry::GridSpacing Grid() const { return m_grid; }
+    void SetGrid(const DesignGeometry::GridSpacing& grid);
+    int TopZOrder() const { return m_topZOrder; }
+    int BottomZOrder() const { return m_bottomZOrder; }
+    QFont DefaultFont;
+    bool DragField = false;
+    bool Exiting = false;
+
+    // The commands this window carries out; the rest stay disabled.
+    static QStringList ImplementedTools();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    // item creation and page mouse work (frmPagewrightItems.cpp)
+    void PageMouseDown(int button, int shift, QPointF point);
+    void PageMouseMove(int buttons, int shift, QPointF point);
+    void PageMouseUp(int button, int shift, QPointF point);
+    void ItemMouseDown(RptItemControl* item, int button, int shift, float x, float y);
+    void ItemMouseMove(RptItemControl* item, int button, int shift, float x, float y);
+    void ItemMouseUp(RptItemControl* item, int button, int shift, float x, float y);
+    void KeyDown(int keyCode, int shift);
+    void BarDragMoved(const QString& name, QPointF pointer, double barTop);
+    void BarDropped(const QString& name, double barTop);
+    void EndTextEdit(bool keep);
+    bool TextEditorEvent(QEvent* event);
+    QPointF ClampToPage(QPointF p) const;
+    QString ChooseReportFile(const QString& title) const;
+    QString ChooseEmbeddedPicture();
+    void InsertFile(const QRectF& band);
+    void FinishTool();
+    // commands (frmPagewright.cpp)
+    void NewReport();
+    void ExitCommand();
+    void ClipboardCommand(const QString& toolName);
+    void ZOrderCommand(bool toFront);
+    void PageHeaderCommand();
+    void FormUnload();
+    void FileError(const QString& fileName, int number, const QString& description) const;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    CommandBar* m_bar = nullptr;
+    DesignPage* m_page = nullptr;
+    std::unique_ptr<clsRptControl> m_doc;
+    std::unique_ptr<clsResize> m_sel;
+    std::unique_ptr<FieldDictionary> m_dic;
+    GuideLineItem* m_hGuide = nullptr;
+    GuideLineItem* m_vGuide = nullptr;
+    QLineEdit* m_text1 = nullptr;
+    QGraphicsProxyWidget* m_text1Proxy = nullptr;
+    QPointer<QObject> m_editItem;
+    QString m_editStart;
+    bool m_endingEdit = false;
+
+    int m_jobIndex = -1;
+    int m_menuSwitch = 1;
+    QString m_reportsFolder, m_designerFolder;
+    QString m_reportFile, m_reportFileTitle;
+    double m_pageLength = 14 * 1440.0;
+    DesignGeometry::GridSpacing m_grid;
+    int m_topZOrder = 0, m_bottomZOrder = 0;
+    double m_sceneTopZ = 0, m_sceneBottomZ = 0;
+    QPointF m_anchor;
+    bool m_initialised = false;
+    bool m_unloaded = false;
+    bool m_unloading = false; // closing without asking
+    bool m_jobClosed = false;
+};
+
+// Lets clsReportDesign create this window.
+void RegisterDesignWindow();

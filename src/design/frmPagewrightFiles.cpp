@@ -1,0 +1,159 @@
+// Opening, saving and starting reports in the design window, and its caption.
+#include "design/frmPagewright.h"
+
+#include "design/CommandBar.h"
+#include "design/clsResize.h"
+#include "document/clsRptControl.h"
+#include "entry/Host.h"
+#include "entry/Prompts.h"
+#include "entry/ReportKinds.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+const QString ReportFilter = QStringLiteral("Report Files (*.rdf);;All Files (*)");
+
+bool IsTemplatePath(const QString& path)
+{
+    QString p = path;
+    p.replace(QLatin1Char('/'), QLatin1Char('\\'));
+    return p.contains(QStringLiteral("\\Templates\\"), Qt::CaseInsensitive);
+}
+} // namespace
+
+QString frmPagewright::ReportsFolderPath() const
+{
+    if (!gHost)
+        return {};
+    return LocalPath(gHost->AppPath() + ExpandUserName(m_reportsFolder, gHost->UserName()));
+}
+
+QString frmPagewright::ChooseReportFile(const QString& title) const
+{
+    return Prompts().ChooseOpenFile(title, ReportsFolderPath(), ReportFilter);
+}
+
+void frmPagewright::FileError(const QString& fileName, int number, const QString& description) const
+{
+    MsgBox(QStringLiteral("Error: ") + QString::number(number) + QStringLiteral(" - ") + description +
+               QStringLiteral("\nFile: ") + fileName,
+           Mb::OKOnly | Mb::Critical, QStringLiteral("Report Designer File error"));
+}
+
+void frmPagewright::UpdateCaption()
+{
+    QString caption = QStringLiteral("Report/Flyer Designer - ") + m_reportFileTitle;
+    if (!m_doc->AutoFillId.isEmpty())
+        caption += QStringLiteral(" #") + m_doc->AutoFillId;
+    setWindowTitle(caption);
+}
+
+bool frmPagewright::OpenSaveReport(bool saveMode)
+{
+    const QString folder = ReportsFolderPath();
+    QString file;
+    if (saveMode) {
+        if (!folder.isEmpty())
+            QDir().mkpath(folder);
+        file = Prompts().ChooseSaveFile(QStringLiteral("Save"), folder, ReportFilter);
+        if (file.isEmpty())
+            return false;
+        if (QFileInfo(file).suffix().isEmpty())
+            file += QStringLiteral(".rdf");
+        try {
+            if (!m_doc->SaveReport(file, false))
+                return false; // the document has said why
+        } catch (const HostError& e) {
+            FileError(file, e.Number(), e.Description());
+            return false;
+        }
+    } else {
+        file = m_reportFile;
+        if (file.isEmpty())
+            file = Prompts().ChooseOpenFile(QStringLiteral("Open"), folder, ReportFilter);
+        if (file.isEmpty())
+            return false;
+        try {
+            m_sel->ClearSelect();
+            m_doc->LoadReport(file);
+        } catch (const HostError& e) {
+            SetMousePointer(0);
+            FileError(file, e.Number(), e.Description());
+            return false;
+        }
+        m_bar->ResetToolButtons();
+    }
+    m_reportFile = file;
+    m_reportFileTitle = QFileInfo(file).fileName();
+    // A template is a starting point: saving it again asks for a name of the user's own.
+    if (IsTemplatePath(m_reportFile))
+        m_reportFile.clear();
+    UpdateCaption();
+    return true;
+}
+
+void frmPagewright::SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId)
+{
+    try {
+        if (!pReportFile.isEmpty()) {
+            m_reportFile = pReportFile;
+            m_reportFileTitle = pReportFileTitle;
+            if (!OpenSaveReport(false)) {
+                m_reportFile.clear();
+                m_reportFileTitle = QStringLiteral("Untitled");
+            }
+        }
+        if (!PropertyId.isEmpty()) {
+            m_doc->AutoFillId = PropertyId;
+            m_doc->DataView = true;
+            m_doc->RefreshData(PropertyId);
+            m_doc->SetView(1);
+            m_bar->SetChecked(u"miDataView", true);
+            m_bar->SetChecked(u"miTemplateView", false);
+        }
+    } catch (const HostError& e) {
+        SetMousePointer(0);
+        MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+               Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
+    }
+    UpdateCaption();
+}
+
+bool frmPagewright::QuerySaveChanges()
+{
+    if (m_doc->RptItemCount() == 0 || !m_doc->DirtyFlag)
+        return false;
+    const QString prompt = m_reportFile.isEmpty()
+                               ? QStringLiteral("Do you wish to save your changes?")
+                               : QStringLiteral("Do you wish to save changes to\n") + m_reportFile + QStringLiteral("?");
+    switch (MsgBox(prompt, Mb::YesNoCancel | Mb::Exclamation, QStringLiteral("Report/Flyer Designer"))) {
+    case Mb::No:
+        return false;
+    case Mb::Yes:
+        if (!m_reportFile.isEmpty()) {
+            SetMousePointer(11);
+            const bool saved = m_doc->SaveReport(m_reportFile, false);
+            SetMousePointer(0);
+            return !saved; // a failed save keeps the window open, so nothing is lost
+        }
+        return !OpenSaveReport(true);
+    default:
+        return true;
+    }
+}
+
+void frmPagewright::NewReport()
+{
+    m_reportFile.clear();
+    m_reportFileTitle = QStringLiteral("Untitled");
+    m_doc->UnloadReport();
+    m_doc->AutoFillId.clear();
+    m_doc->DataView = false;
+    m_doc->DirtyFlag = false;
+    m_bar->SetChecked(u"miDataView", false);
+    m_bar->SetChecked(u"miTemplateView", true);
+    m_bar->ResetToolButtons();
+    m_doc->SetEdit();
+    UpdateCaption();
+}
