@@ -19,23 +19,7 @@ constexpr double PageZ = -1e9;
 constexpr double BarZ = 1e9;
 constexpr double BandZ = 1e9 + 1;
 
-int ButtonsOf(Qt::MouseButtons b)
-{
-    int v = 0;
-    if (b & Qt::LeftButton) v |= RptItemControl::LeftButton;
-    if (b & Qt::RightButton) v |= RptItemControl::RightButton;
-    if (b & Qt::MiddleButton) v |= RptItemControl::MiddleButton;
-    return v;
-}
 
-int ShiftOf(Qt::KeyboardModifiers m)
-{
-    int v = 0;
-    if (m & Qt::ShiftModifier) v |= RptItemControl::ShiftMask;
-    if (m & Qt::ControlModifier) v |= RptItemControl::CtrlMask;
-    if (m & Qt::AltModifier) v |= RptItemControl::AltMask;
-    return v;
-}
 } // namespace
 
 // The white page under every item: takes the mouse where no item is.
@@ -59,19 +43,19 @@ protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* e) override
     {
         e->accept();
-        emit m_page->pageMouseDown(ButtonsOf(e->button()), ShiftOf(e->modifiers()), e->scenePos());
+        emit m_page->pageMouseDown(RptItemControl::ButtonOf(e->button()), RptItemControl::ShiftOf(e->modifiers()), e->scenePos());
     }
     void mouseMoveEvent(QGraphicsSceneMouseEvent* e) override
     {
-        emit m_page->pageMouseMove(ButtonsOf(e->buttons()), ShiftOf(e->modifiers()), e->scenePos());
+        emit m_page->pageMouseMove(RptItemControl::ButtonOf(e->buttons()), RptItemControl::ShiftOf(e->modifiers()), e->scenePos());
     }
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* e) override
     {
-        emit m_page->pageMouseUp(ButtonsOf(e->button()), ShiftOf(e->modifiers()), e->scenePos());
+        emit m_page->pageMouseUp(RptItemControl::ButtonOf(e->button()), RptItemControl::ShiftOf(e->modifiers()), e->scenePos());
     }
     void hoverMoveEvent(QGraphicsSceneHoverEvent* e) override
     {
-        emit m_page->pageMouseMove(0, ShiftOf(e->modifiers()), e->scenePos());
+        emit m_page->pageMouseMove(0, RptItemControl::ShiftOf(e->modifiers()), e->scenePos());
     }
 
 private:
@@ -92,7 +76,7 @@ void PageView::keyPressEvent(QKeyEvent* event)
     }
     const int code = RptItemControl::KeyCodeOf(event->key());
     if (code == 46 || (code >= 37 && code <= 40)) {
-        emit keyDown(code, ShiftOf(event->modifiers()));
+        emit keyDown(code, RptItemControl::ShiftOf(event->modifiers()));
         event->accept();
         return;
     }

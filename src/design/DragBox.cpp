@@ -13,23 +13,7 @@ namespace {
 const QColor FrameColor(0, 0, 128);
 const QColor MoveHandleColor(220, 0, 0);
 
-int ButtonOf(Qt::MouseButtons b)
-{
-    int v = 0;
-    if (b & Qt::LeftButton) v |= RptItemControl::LeftButton;
-    if (b & Qt::RightButton) v |= RptItemControl::RightButton;
-    if (b & Qt::MiddleButton) v |= RptItemControl::MiddleButton;
-    return v;
-}
 
-int ShiftOf(Qt::KeyboardModifiers m)
-{
-    int v = 0;
-    if (m & Qt::ShiftModifier) v |= RptItemControl::ShiftMask;
-    if (m & Qt::ControlModifier) v |= RptItemControl::CtrlMask;
-    if (m & Qt::AltModifier) v |= RptItemControl::AltMask;
-    return v;
-}
 
 float PropF(const QObject* o, const char* name)
 {
@@ -278,17 +262,17 @@ void ResizeHandleItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
     event->accept();
     const QPointF p = event->scenePos();
-    emit m_frame->HandleMouseDown(m_index, ButtonOf(event->button()), ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
+    emit m_frame->HandleMouseDown(m_index, RptItemControl::ButtonOf(event->button()), RptItemControl::ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
 }
 
 void ResizeHandleItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
     const QPointF p = event->scenePos();
-    emit m_frame->HandleMouseMove(m_index, ButtonOf(event->buttons()), ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
+    emit m_frame->HandleMouseMove(m_index, RptItemControl::ButtonOf(event->buttons()), RptItemControl::ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
 }
 
 void ResizeHandleItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
 {
     const QPointF p = event->scenePos();
-    emit m_frame->HandleMouseUp(m_index, ButtonOf(event->button()), ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
+    emit m_frame->HandleMouseUp(m_index, RptItemControl::ButtonOf(event->button()), RptItemControl::ShiftOf(event->modifiers()), float(p.x()), float(p.y()));
 }

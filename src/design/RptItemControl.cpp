@@ -13,25 +13,27 @@ namespace {
 
 double gPixelTwips = 15; // 96 dpi
 
-int ButtonOf(Qt::MouseButtons b)
-{
-    int v = 0;
-    if (b & Qt::LeftButton) v |= RptItemControl::LeftButton;
-    if (b & Qt::RightButton) v |= RptItemControl::RightButton;
-    if (b & Qt::MiddleButton) v |= RptItemControl::MiddleButton;
-    return v;
-}
 
-int ShiftOf(Qt::KeyboardModifiers m)
-{
-    int v = 0;
-    if (m & Qt::ShiftModifier) v |= RptItemControl::ShiftMask;
-    if (m & Qt::ControlModifier) v |= RptItemControl::CtrlMask;
-    if (m & Qt::AltModifier) v |= RptItemControl::AltMask;
-    return v;
-}
 
 } // namespace
+
+int RptItemControl::ButtonOf(Qt::MouseButtons b)
+{
+    int v = 0;
+    if (b & Qt::LeftButton) v |= LeftButton;
+    if (b & Qt::RightButton) v |= RightButton;
+    if (b & Qt::MiddleButton) v |= MiddleButton;
+    return v;
+}
+
+int RptItemControl::ShiftOf(Qt::KeyboardModifiers m)
+{
+    int v = 0;
+    if (m & Qt::ShiftModifier) v |= ShiftMask;
+    if (m & Qt::ControlModifier) v |= CtrlMask;
+    if (m & Qt::AltModifier) v |= AltMask;
+    return v;
+}
 
 RptItemControl::RptItemControl(QGraphicsItem* parent)
     : QGraphicsObject(parent)

@@ -58,6 +58,9 @@ public:
 
     // Classic key code of a Qt key (letters and digits as upper-case ASCII).
     static int KeyCodeOf(int qtKey);
+    // Classic button and shift masks of Qt's mouse buttons and modifiers.
+    static int ButtonOf(Qt::MouseButtons buttons);
+    static int ShiftOf(Qt::KeyboardModifiers modifiers);
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;

@@ -1,6 +1,7 @@
 #pragma once
 // A design surface made of plain objects, so the document can be tested without the window.
 #include "document/DesignSurface.h"
+#include "document/clsRptControl.h"
 #include "entry/Host.h"
 
 #include <QMap>
@@ -102,4 +103,32 @@ public:
     void RefreshHandles() override {}
 
     TestControl* control(QObject* o) { return static_cast<TestControl*>(o); }
+};
+
+// A document on a test surface, with a shortcut for adding placed items.
+struct Doc {
+    TestSurface surface;
+    clsRptControl doc;
+    Doc()
+    {
+        doc.Init(nullptr, &surface, nullptr);
+        doc.SetSelectionManager(&surface);
+    }
+    TestControl* ctl(int i) { return surface.control(doc.Item(i).control); }
+    TestControl* add(int kind, const QString& name, float left, float top, float width = 1440, float height = 300)
+    {
+        doc.AddNew(kind, name, 0);
+        TestControl* c = ctl(doc.RptItemCount());
+        c->Left = left;
+        c->Top = top;
+        c->Width = width;
+        c->Height = height;
+        return c;
+    }
+    void select(std::initializer_list<int> items)
+    {
+        surface.selected.clear();
+        for (int i : items)
+            surface.selected << doc.Item(i).control;
+    }
 };

@@ -19,26 +19,6 @@ QByteArray readAll(const QString& p)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-struct Doc {
-    TestSurface surface;
-    clsRptControl doc;
-    Doc()
-    {
-        doc.Init(nullptr, &surface, nullptr);
-        doc.SetSelectionManager(&surface);
-    }
-    TestControl* ctl(int i) { return surface.control(doc.Item(i).control); }
-    TestControl* add(int kind, const QString& name, float left, float top, float width = 1440, float height = 300)
-    {
-        doc.AddNew(kind, name, 0);
-        TestControl* c = ctl(doc.RptItemCount());
-        c->Left = left;
-        c->Top = top;
-        c->Width = width;
-        c->Height = height;
-        return c;
-    }
-};
 
 QString makePicture(const QString& path, QColor color)
 {
