@@ -29,6 +29,7 @@ int RunDesigner(int argc, char** argv)
     }
     // A report file to open at once: --open FILE, or the one remaining argument.
     QString openFile = TakeOption(args, QStringLiteral("--open"));
+    const QString sqlLog = TakeOption(args, QStringLiteral("--sql-log"));
     if (openFile.isEmpty() && args.size() == 1 && !args[0].startsWith(QLatin1Char('-')))
         openFile = args.takeFirst();
     if (!args.isEmpty()) {
@@ -45,6 +46,8 @@ int RunDesigner(int argc, char** argv)
             GenerateDemoData(dir);
         }
         host = EmbeddedHost::Open(dir);
+        if (!sqlLog.isEmpty() && !host->SetSqlLog(sqlLog))
+            throw HostError(HostErr::FileAccess, QStringLiteral("Cannot append to ") + sqlLog);
     } catch (const HostError& e) {
         std::fprintf(stderr, "pagewright: %s (error %d)\n", qPrintable(e.Description()), e.Number());
         SetPrompter(nullptr);
