@@ -400,7 +400,7 @@ QString CatalogueFolder()
         candidates << env;
     if (QCoreApplication::instance())
         candidates << QCoreApplication::applicationDirPath() + QStringLiteral("/../share/pagewright");
-    candidates << QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/../../data");
+    candidates << QStringLiteral(PW_CATALOGUE_DIR);
     for (const QString& c : candidates)
         if (QFileInfo::exists(csv(c, "demo-schema.sql")) && QFileInfo::exists(csv(c, "dictionary.tsv")))
             return QDir::cleanPath(c);
