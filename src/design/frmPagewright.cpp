@@ -14,6 +14,7 @@
 #include "entry/PrivateProfile.h"
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
+#include "properties/frmRptFields.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -76,6 +77,9 @@ frmPagewright::frmPagewright(QWidget* parent)
     m_text1Proxy->setZValue(2e9);
     m_text1Proxy->setVisible(false);
     m_text1->installEventFilter(this);
+    // Fields dragged from the field list land on the viewport, over the page or over an item.
+    m_page->View()->viewport()->setAcceptDrops(true);
+    m_page->View()->viewport()->installEventFilter(this);
 
     connect(m_bar, &CommandBar::triggered, this, &frmPagewright::ToolClick);
     connect(m_page, &DesignPage::pageMouseDown, this, &frmPagewright::PageMouseDown);
@@ -105,12 +109,11 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("tbSubReport"), QStringLiteral("miInsertFile"), QStringLiteral("miSelectByArea"),
             QStringLiteral("miDeleteObject"), QStringLiteral("miCut"), QStringLiteral("miCopy"),
             QStringLiteral("miPaste"), QStringLiteral("miSendtoFront"), QStringLiteral("miSendtoBack"),
-            QStringLiteral("miPageHeader")};
+            QStringLiteral("miPageHeader"), QStringLiteral("miFieldList")};
 }
 
 void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
 {
-    Q_UNUSED(ShowFieldList); // the field list arrives with the property tools
     m_jobIndex = pJobIndex;
     m_menuSwitch = MenuSwitch >= 1 && MenuSwitch <= 6 ? MenuSwitch : ReportKind::Listings;
     if (gHost) {
@@ -157,6 +160,7 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     m_doc->SetPageDefaults();
     HideHeaderFooter();
     m_doc->SetEdit();
+    CreateFieldList(ShowFieldList);
     m_initialised = true;
 
     m_reportFileTitle = QStringLiteral("Untitled");
@@ -316,6 +320,11 @@ void frmPagewright::ToolClick(const QString& toolName)
         ZOrderCommand(t == u"miSendtoFront");
     else if (t == u"miPageHeader")
         PageHeaderCommand();
+    else if (t == u"miFieldList" && m_fields) {
+        m_fields->show();
+        m_fields->raise();
+        m_fields->activateWindow();
+    }
     // Toolbox tools: CommandBar has already set CurrentTool and the picture mode.
 }
 
@@ -437,6 +446,8 @@ void frmPagewright::FormUnload()
     if (gHost)
         disconnect(&gHost->AppEvents(), nullptr, this, nullptr);
     EndTextEdit(false);
+    if (m_fields)
+        m_fields->Unload();
     if (m_sel)
         m_sel->ClearSelect();
 }

@@ -6,6 +6,7 @@
 #include "design/DesignGeometry.h"
 #include "document/DesignSurface.h"
 #include "entry/clsReportDesign.h"
+#include "properties/FieldListOwner.h"
 
 #include <QFont>
 #include <QMainWindow>
@@ -20,9 +21,10 @@ class QGraphicsProxyWidget;
 class RptItemControl;
 class clsResize;
 class clsRptControl;
+class frmRptFields;
 class GuideLineItem;
 
-class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface {
+class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface, public FieldListOwner {
     Q_OBJECT
 public:
     explicit frmPagewright(QWidget* parent = nullptr);
@@ -47,6 +49,18 @@ public:
     void CreateNewObject(const QString& DataField, const QRectF& band, int dicId = 0);
     void BeginTextEdit(QObject* item);
     void ToolClick(const QString& toolName);
+    // A field from the field list dropped at a page point: a field item of the dictionary entry,
+    // at the snapped point, sized for its name. Ignored unless a field drag is under way.
+    void DropField(QPointF pagePoint, const QString& name, int dicId);
+    // The band a dropped field gets: twice the name's text width by one text line + 60 twips.
+    QRectF FieldBand(QPointF snappedPoint, const QString& name) const;
+    // Where a field added from the keyboard goes: under the lowest item of the detail section.
+    QPointF FreeFieldSpot() const;
+
+    // --- FieldListOwner, for the field list
+    bool IsDragField() const override { return DragField; }
+    void SetDragField(bool on) override { DragField = on; }
+    void AddFieldFromList(const QString& name, int dicId) override;
 
     // --- DesignSurface, for the document
     QObject* LoadItemControl(int objectType) override;
@@ -72,6 +86,7 @@ public:
     DesignPage& Page() const { return *m_page; }
     QLineEdit* TextEditor() const { return m_text1; }
     FieldDictionary* Dictionary() const { return m_dic.get(); }
+    frmRptFields* FieldList() const { return m_fields; }
     int CurrentTool() const;
     int JobIndex() const { return m_jobIndex; }
     int MenuSwitch() const { return m_menuSwitch; }
@@ -122,12 +137,15 @@ private:
     void FormUnload();
     void FileError(const QString& fileName, int number, const QString& description) const;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    bool PageDragEvent(QEvent* event);
+    void CreateFieldList(bool show);
 
     CommandBar* m_bar = nullptr;
     DesignPage* m_page = nullptr;
     std::unique_ptr<clsRptControl> m_doc;
     std::unique_ptr<clsResize> m_sel;
     std::unique_ptr<FieldDictionary> m_dic;
+    frmRptFields* m_fields = nullptr;
     GuideLineItem* m_hGuide = nullptr;
     GuideLineItem* m_vGuide = nullptr;
     QLineEdit* m_text1 = nullptr;

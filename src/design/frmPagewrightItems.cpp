@@ -120,9 +120,13 @@ void frmPagewright::CreateNewObject(const QString& DataField, const QRectF& band
     if (band.width() <= 0 && band.height() <= 0)
         band.setSize(DefaultSize(tool));
 
+    const int before = m_doc->RptItemCount();
     try {
         m_doc->AddNew(tool, DataField, dicId);
     } catch (const HostError& e) {
+        // The record may already be in: an item the dictionary could not describe goes again.
+        if (m_doc->RptItemCount() > before)
+            m_doc->Delete(m_doc->RptItemCount());
         m_bar->ResetToolButtons();
         MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
@@ -331,6 +335,8 @@ bool frmPagewright::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_text1 && m_editItem)
         return TextEditorEvent(event);
+    if (watched == m_page->View()->viewport())
+        return PageDragEvent(event);
     return QMainWindow::eventFilter(watched, event);
 }
 
