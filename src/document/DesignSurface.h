@@ -45,6 +45,27 @@ public:
     virtual void SetToolEnabled(const QString& tool, bool enabled) = 0;
 };
 
+// The hourglass over the design window for as long as a piece of work runs (none in batch work).
+class BusyPointer {
+public:
+    static constexpr int Hourglass = 11;
+    explicit BusyPointer(DesignSurface* surface) : m_surface(surface)
+    {
+        if (m_surface)
+            m_surface->SetMousePointer(Hourglass);
+    }
+    ~BusyPointer()
+    {
+        if (m_surface)
+            m_surface->SetMousePointer(0);
+    }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+
+private:
+    DesignSurface* m_surface;
+};
+
 // The property sheet as the document uses it.
 class PropertySheetLink {
 public:

@@ -9,7 +9,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int Hourglass = 11;
 constexpr float BarHeight = 220;
 }
 

@@ -12,7 +12,6 @@
 #include <cmath>
 
 namespace {
-constexpr int Hourglass = 11;
 constexpr float BarHeight = 220;
 
 // The picture list of one save or copy: each file is stored once; its position is the
@@ -241,14 +240,13 @@ bool clsRptControl::SaveReport(const QString& FileName, bool pStaticReport)
 {
     if (RptItemCount() == 0)
         return true;
-    if (m_win)
-        m_win->SetMousePointer(Hourglass);
+    const BusyPointer busy(m_win);
     m_function6 = false;
     m_staticSave = pStaticReport;
-    struct Restore {
-        clsRptControl* d;
-        ~Restore() { if (d->m_win) d->m_win->SetMousePointer(0); d->m_staticSave = false; }
-    } restore{this};
+    struct StaticFlag {
+        bool& flag;
+        ~StaticFlag() { flag = false; }
+    } staticFlag{m_staticSave};
 
     try {
         PictureList pictures;
@@ -399,12 +397,7 @@ int clsRptControl::buildItems(const std::vector<RdfItem>& records, const QString
 
 void clsRptControl::LoadReport(const QString& FileName)
 {
-    if (m_win)
-        m_win->SetMousePointer(Hourglass);
-    struct Restore {
-        clsRptControl* d;
-        ~Restore() { if (d->m_win) d->m_win->SetMousePointer(0); }
-    } restore{this};
+    const BusyPointer busy(m_win);
 
     // Read first: a file that cannot be read leaves the open report as it was.
     RdfReport rep = RdfLoadFile(FileName);
@@ -463,8 +456,7 @@ void clsRptControl::EditCopyControls()
     const QList<QObject*> sel = selection();
     if (sel.isEmpty())
         return;
-    if (m_win)
-        m_win->SetMousePointer(Hourglass);
+    const BusyPointer busy(m_win);
     PictureList pictures;
     bool f6 = false;
     RdfReport rep;
@@ -484,8 +476,6 @@ void clsRptControl::EditCopyControls()
         MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Copy"));
     }
-    if (m_win)
-        m_win->SetMousePointer(0);
     SetEdit();
 }
 
@@ -502,12 +492,7 @@ static float snapAbove(float v, int spacing)
 void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& Y)
 {
     const QString file = FileName.isEmpty() ? m_copyBuffer : FileName;
-    if (m_win)
-        m_win->SetMousePointer(Hourglass);
-    struct Restore {
-        clsRptControl* d;
-        ~Restore() { if (d->m_win) d->m_win->SetMousePointer(0); }
-    } restore{this};
+    const BusyPointer busy(m_win);
     DirtyFlag = true;
     RdfReport rep = RdfLoadFile(file);
 
