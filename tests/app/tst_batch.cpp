@@ -75,25 +75,22 @@ private slots:
         clsRptControl doc;
         doc.Init(dic.get(), &page, nullptr);
         doc.SetSelectionManager(&page);
+        auto set = [&](std::initializer_list<std::pair<const char*, QVariant>> props) {
+            for (const auto& [name, v] : props)
+                clsRptControl::SetProp(doc.UserControl(), name, v);
+        };
         float top = 100;
         for (const auto& [id, name] : std::vector<std::pair<int, QString>>{
                  {12, "City"}, {4, "PropType"}, {7, "LstStatus"}, {2, "ListPrice"}, {16, "FullAddress"}, {31, "ListAgentName"}}) {
             doc.AddNew(ObjType::Field, name, id);
-            clsRptControl::SetProp(doc.UserControl(), "Top", top);
-            clsRptControl::SetProp(doc.UserControl(), "Width", 3000.f);
+            set({{"Top", top}, {"Width", 3000.f}});
             top += 400;
         }
         doc.AddNew(ObjType::DateTime, "Unbound", 0);
-        clsRptControl::SetProp(doc.UserControl(), "Top", top);
+        set({{"Top", top}});
         for (int seq = 1; seq <= 2; ++seq) {
             doc.AddNew(ObjType::Image, "Unbound", 0);
-            QObject* c = doc.UserControl();
-            clsRptControl::SetProp(c, "DataBound", true);
-            clsRptControl::SetProp(c, "PhotoSeq", seq);
-            clsRptControl::SetProp(c, "Left", 4000.f * seq);
-            clsRptControl::SetProp(c, "Top", 100.f);
-            clsRptControl::SetProp(c, "Width", 2880.f);
-            clsRptControl::SetProp(c, "Height", 2160.f);
+            set({{"DataBound", true}, {"PhotoSeq", seq}, {"Left", 4000.f * seq}, {"Top", 100.f}, {"Width", 2880.f}, {"Height", 2160.f}});
         }
         report = dir.filePath("flyer.rdf");
         QVERIFY(doc.SaveReport(report, false));
@@ -132,23 +129,17 @@ private slots:
         for (const QString& img : {QStringLiteral("Image1"), QStringLiteral("Image2")}) {
             QCOMPARE(items[img].first, QString("Image"));
             const QString file = items[img].second;
+            QVERIFY(!file.isEmpty() || key != "240001"); // 240001 has photos
             if (!file.isEmpty())
                 QVERIFY2(QFileInfo::exists(file), qPrintable(file));
         }
+        if (key == "240001")
+            QVERIFY(items["Image1"].second != items["Image2"].second);
         // The composed statement, exactly as sent.
         const QString sent = QString::fromUtf8(readAll(log));
         QVERIFY2(sent.contains("SELECT City,PhotoVersion,PropType,LstStatus,ListPrice,"), qPrintable(sent));
         QVERIFY(sent.contains(" LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum WHERE ListNum = " + key +
                               " AND CLng(LstStatus) NOT IN (2005,2006);"));
-    }
-
-    void listingWithPhotosShowsThem()
-    {
-        const Run r = pagewright({"dataview", report, "--key", "240001", "--data", data});
-        const auto items = parse(r.out);
-        QVERIFY(!items["Image1"].second.isEmpty());
-        QVERIFY(QFileInfo::exists(items["Image1"].second));
-        QVERIFY(items["Image1"].second != items["Image2"].second);
     }
 
     void hiddenStatusIsNotFound()

@@ -3,6 +3,7 @@
 // point into it, so User.ini and the report folders are real files.
 #include "design/frmPagewright.h"
 #include "entry/Host.h"
+#include "entry/Prompts.h"
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
@@ -11,6 +12,7 @@
 #include <QAction>
 #include <QDir>
 #include <QImage>
+#include <QLineEdit>
 #include <QtTest>
 #include <QTemporaryDir>
 #include <memory>
@@ -34,6 +36,7 @@ public:
 class WindowTestHost : public TervaneCommon {
 public:
     QTemporaryDir dir;
+    ScriptedPrompter prompts; // every message box and file chooser of the test
     WindowTestMainForm form;
     NoDatabase db;
     ::AppEvents events;
@@ -117,6 +120,20 @@ inline void Tool(frmPagewright& w, const char* name)
     QVERIFY2(a, name);
     QVERIFY2(a->isEnabled(), name);
     a->trigger();
+}
+
+// Picks a tool and drags it out on the page.
+inline void Draw(frmPagewright& w, const char* tool, QPointF from, QPointF to)
+{
+    Tool(w, tool);
+    Drag(w, from, to);
+}
+
+// Types into the in-place label editor and confirms.
+inline void TypeLabel(frmPagewright& w, const QString& text)
+{
+    QTest::keyClicks(w.TextEditor(), text);
+    QTest::keyClick(w.TextEditor(), Qt::Key_Return);
 }
 
 inline QRectF Geometry(QObject* c)

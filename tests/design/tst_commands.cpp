@@ -95,75 +95,24 @@ private slots:
         const auto row = [](const char* n, const char* tip, const char* cat, const char* cap, const char* desc) {
             QTest::newRow(n) << QString(tip) << QString(cat) << QString(cap) << QString(desc);
         };
-        row("new", "New", "File", "&New", "Creates a new, blank file");
-        row("Open", "Open", "File", "&Open", "Opens or finds a file");
-        row("miSave", "Save", "File", "&Save", "Saves current active file");
+        // Rows that are easy to get wrong: access keys, odd spacing and spelling, tips that differ from captions.
         row("miSaveAs", "Save under a new name", "File", "Save &As...", "Saves current file with a new name");
         row("miSaveFlyer", "Save as flyer", "File", "Save Flyer", "");
-        row("miSaveFlyerAs", "Save Flyer using another filename", "File", "Save Flyer As...", "");
-        row("miPageSetup", "Page Setup", "File", "Page Setup...", "Setup page properties");
-        row("miPrintSetup", "Print Setup", "File", "Print Setup...", "Set up printer properties");
-        row("print", "Print", "View", "Print...", "Print current file");
         row("PrintFromFileMenu", "Print", "View", "Print...", "Print current file");
-        row("printpreview", "Print Preview", "View", "Print Preview", "Print preview current file");
         row("miSelectProperty", "Select the Property whos data you wish to use to populate your report", "File",
             "Select Property", "");
         row("exit", "Exit", "File", "E&xit", "Close all documents and exit");
-        row("miCut", "Cut", "Edit", "C&ut", "Cut current selection to clipboard");
-        row("miCopy", "Copy", "Edit", "C&opy", "Copy current selection to clipboard");
-        row("miPaste", "Paste", "Edit", "&Paste", "Paste clipboard contents into document");
-        row("miSelectByArea", "Select all controls within an area", "Edit", "Group Select", "");
-        row("miDeleteObject", "Delete", "Edit", "Delete", "");
-        row("miDataView", "Show property data", "View", "Data View", "");
         row("miTemplateView", "Template View", "View", "Template", "View normal");
-        row("miPageHeader", "Show/Hide Page header/Footer bars", "View", "Page Header/Footer", "");
-        row("miShowOutline", "Show/Hide Control outlines", "View", "Show Outline", "");
         row("miGridSetup", "Grid  Settings", "View", "Grid Settings", "Display grid");
-        row("miProperties", "Properties", "Misc", "Properties", "Display property dialog box");
-        row("miFieldList", "Field List", "Misc", "Field List", "View normal");
-        row("miObjectName", "Object", "Misc", "Object Name", "Select current object");
         row("miSendtoFront", "Bring to Front", "Misc", "Bring to &Front", "Bring to front");
-        row("miSendtoBack", "Send to back", "Misc", "Send to &Back", "Send object to back");
-        row("miEffect", "Special Effect", "Misc", "Effect", "Special Effect");
-        row("miEffectFlat", "Flat", "Misc", "Flat", "Special Effect Flat");
         row("miEffectShadow", "Effect", "Misc", "Shadow", "Shadow");
-        row("fnFont", "Font Name", "Font", "&Font", "Change font");
         row("fnFontSize", "Font Size", "Font", "Font &Size", "Change font size");
-        row("fnBold", "Bold", "Font", "&Bold", "Set current style to bold");
-        row("fnItalic", "Italic", "Font", "&Italic", "Set current style to italic");
-        row("fnUnderline", "Underline", "Font", "&Underline", "Set current style to underlined");
-        row("fnLeft", "Left", "Font", "&Left", "Align left");
-        row("fnCenter", "Center", "Font", "&Center", "Align center");
-        row("fnRight", "Right", "Font", "&Right", "Align right");
-        row("fnForeColor", "Font/Fore Color", "Toolbox", "Font/Fore Color", "Font Fore Color");
-        row("fnBackColor", "Fill/Back Color", "Toolbox", "Fill/Back Color", "Fill/Background Color");
-        row("tbBorderColor", "Line/Border Color", "Toolbox", "Line/Border Color", "Line/Border Color");
-        row("tbSelectObjects", "Select", "Toolbox", "Select Objects", "Select drawing objects");
-        row("tbInsertLabel", "Label", "Toolbox", "Label", "Insert a Label");
-        row("tbInsertPicture", "Insert Picture from file", "Toolbox", "Picture", "Insert picture at current position");
-        row("EmbedPhoto", "Insert a photo from file", "Toolbox", "Insert a Photo", "");
-        row("InsertLinkedPhoto", "Insert a link to an external photo file", "Toolbox", "Insert a linked photo", "");
-        row("tbBoundPicture", "Insert Bound Picture", "Toolbox", "Bound Picture", "Insert picture at current position");
         row("tbInsertRectangle", "Rectangle", "Toolbox", "Rectangle", "Insert a Text box");
-        row("tbInsertLine", "Line", "Toolbox", "Line", "Insert a Line");
-        row("tbDateTime", "Insert Date/Time", "Toolbox", "Date/Time", "Insert Date");
         row("tbPageBreak", "Page Break", "Misc", "Page Break", "Page Break");
-        row("tbSectionBreak", "Section Break", "Toolbox", "Section Break", "");
-        row("tbSubReport", "Sub Report", "Toolbox", "Sub Report", "");
-        row("miInsertFile", "Insert/Paste from a file", "Toolbox", "Insert File", "Insert file at current position");
         row("miClearDataSource", "Clear Dic data source field when saving report", "Toolbox",
             "Clear Data Source on Save", "");
-        row("cpColor0", "", "ColorPalette", "Color0", "");
         row("cpColor12", "", "ColorPalette", "Color12", "");
-        row("cpColor15", "", "ColorPalette", "Color15", "");
-        row("mnuFile", "", "Built-in Menus", "&File", "");
-        row("mnuEdit", "", "Built-in Menus", "&Edit", "");
-        row("mnuView", "", "Built-in Menus", "&View", "");
-        row("mnuInsert", "", "Built-in Menus", "&Insert", "");
         row("mnuFormat", "", "Built-in Menus", "Fo&rmat", "");
-        row("mnuHelp", "", "Built-in Menus", "&Help", "");
-        row("mnuTools", "", "Built-in Menus", "&Tools", "");
-        row("mnuWindow", "", "Built-in Menus", "&Window", "");
     }
     void toolTexts()
     {
@@ -189,53 +138,37 @@ private slots:
         QCOMPARE(a->statusTip(), description);
     }
 
-    void bandsHoldTheirToolsInOrder_data()
-    {
-        QTest::addColumn<QStringList>("tools");
-        QTest::newRow("mnuMain") << QStringList{"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"};
-        QTest::newRow("mnuFile") << QStringList{"new", "Open", "printpreview", "PrintFromFileMenu", "miPageSetup",
-                                                "miSave", "miSaveAs", "miSelectProperty", "miClearDataSource", "exit"};
-        QTest::newRow("mnuEdit") << QStringList{"miCut", "miCopy", "miPaste", "miSelectByArea", "miDeleteObject"};
-        QTest::newRow("mnuView") << QStringList{"miProperties", "miFieldList", "printpreview", "miSendtoFront",
-                                                "miSendtoBack", "miPageHeader", "miShowOutline", "miGridSetup"};
-        QTest::newRow("mnuInsert") << QStringList{"tbInsertLabel", "tbInsertPicture", "tbBoundPicture",
-                                                  "tbInsertRectangle", "tbInsertLine", "tbDateTime", "tbPageBreak",
-                                                  "tbSubReport", "tbSectionBreak", "miInsertFile"};
-        QTest::newRow("mnuFormat") << QStringList{"fnLeft", "fnCenter", "fnRight", "fnFontSize", "fnFont",
-                                                  "fnUnderline", "fnItalic", "fnBold", "fnForeColor", "fnBackColor",
-                                                  "tbBorderColor"};
-        QTest::newRow("barFormatting") << QStringList{"miObjectName", "fnFont", "fnFontSize", "fnBold", "fnItalic",
-                                                      "fnUnderline", "fnBackColor", "fnForeColor", "tbBorderColor"};
-        QTest::newRow("barReportDesign") << QStringList{
-            "print", "printpreview", "miSave", "Open", "miPageSetup", "miProperties", "miCut", "miCopy", "miPaste",
-            "miSendtoFront", "miSendtoBack", "miDataView", "miTemplateView", "fnLeft", "fnCenter", "fnRight",
-            "miEffect"};
-        QTest::newRow("barToolbox") << QStringList{"tbSelectObjects", "tbInsertLabel", "tbInsertPicture",
-                                                   "tbBoundPicture", "tbInsertRectangle", "tbInsertLine"};
-        QTest::newRow("PopEffect") << QStringList{"miEffectFlat", "miEffectShadow"};
-        QTest::newRow("PopInsertPhoto") << QStringList{"EmbedPhoto", "InsertLinkedPhoto"};
-        QTest::newRow("barForeColor") << Palette();
-        QTest::newRow("barBackColor") << Palette();
-        QTest::newRow("barBorderColor") << Palette();
-    }
     void bandsHoldTheirToolsInOrder()
     {
-        QFETCH(QStringList, tools);
-        const QString band = QTest::currentDataTag();
-        QVERIFY(FindBand(band));
-        QCOMPARE(BandToolNames(*FindBand(band)), tools);
+        // Orders users see and a table edit easily breaks; below, every band's widgets must match the band table.
+        const QList<std::pair<const char*, QStringList>> fixed = {
+            {"mnuMain", {"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"}},
+            {"mnuFile", {"new", "Open", "printpreview", "PrintFromFileMenu", "miPageSetup", "miSave", "miSaveAs",
+                         "miSelectProperty", "miClearDataSource", "exit"}},
+            {"mnuFormat", {"fnLeft", "fnCenter", "fnRight", "fnFontSize", "fnFont", "fnUnderline", "fnItalic", "fnBold",
+                           "fnForeColor", "fnBackColor", "tbBorderColor"}},
+            {"barToolbox", {"tbSelectObjects", "tbInsertLabel", "tbInsertPicture", "tbBoundPicture",
+                            "tbInsertRectangle", "tbInsertLine"}},
+            {"barBorderColor", Palette()}};
+        for (const auto& [band, tools] : fixed) {
+            QVERIFY2(FindBand(QString(band)), band);
+            QCOMPARE(BandToolNames(*FindBand(QString(band))), tools);
+        }
 
         Window win;
-        const QWidget* container = band == "mnuMain" ? static_cast<QWidget*>(win.w.menuBar())
-                                   : win.bar->ToolBar(band) ? static_cast<QWidget*>(win.bar->ToolBar(band))
-                                                            : win.bar->Menu(band);
-        QVERIFY(container);
-        QCOMPARE(container->objectName(), band);
-        QCOMPARE(ToolNamesOf(container), tools);
-        // The same action object everywhere, so state set once shows in every place.
-        for (const QAction* a : container->actions())
-            if (!a->isSeparator())
-                QCOMPARE(a, win.bar->Action(a->objectName()));
+        for (const BandDef& band : Bands()) {
+            const QString name = band.Name();
+            const QWidget* container = name == "mnuMain"       ? static_cast<QWidget*>(win.w.menuBar())
+                                       : win.bar->ToolBar(name) ? static_cast<QWidget*>(win.bar->ToolBar(name))
+                                                                : win.bar->Menu(name);
+            QVERIFY2(container, qPrintable(name));
+            QCOMPARE(container->objectName(), name);
+            QCOMPARE(ToolNamesOf(container), BandToolNames(band));
+            // The same action object everywhere, so state set once shows in every place.
+            for (const QAction* a : container->actions())
+                if (!a->isSeparator())
+                    QCOMPARE(a, win.bar->Action(a->objectName()));
+        }
     }
 
     void dropDownsOpenTheirBands()
@@ -269,16 +202,10 @@ private slots:
         QTest::addColumn<bool>("embedded");
         QTest::newRow("tbSelectObjects") << 0 << false << false;
         QTest::newRow("tbInsertLabel") << 2 << false << false;
-        QTest::newRow("tbInsertRectangle") << 3 << false << false;
-        QTest::newRow("tbInsertLine") << 4 << false << false;
         QTest::newRow("tbInsertPicture") << 5 << false << true;
         QTest::newRow("EmbedPhoto") << 5 << false << true;
         QTest::newRow("InsertLinkedPhoto") << 5 << false << false;
         QTest::newRow("tbBoundPicture") << 5 << true << false;
-        QTest::newRow("tbPageBreak") << 6 << false << false;
-        QTest::newRow("tbSubReport") << 7 << false << false;
-        QTest::newRow("tbDateTime") << 8 << false << false;
-        QTest::newRow("tbSectionBreak") << 9 << false << false;
         QTest::newRow("miInsertFile") << 11 << false << false;
         QTest::newRow("miSelectByArea") << 12 << false << false;
     }
@@ -333,31 +260,29 @@ private slots:
         QVERIFY(b.IsChecked(u"miTemplateView"));
         QVERIFY(!b.IsChecked(u"miDataView"));
 
-        QList<std::pair<QString, bool>> atSignal;
-        connect(&b, &CommandBar::triggered, &b,
-                [&](const QString& n) { atSignal.append({n, b.IsChecked(n)}); });
+        using Marks = QList<std::pair<QString, bool>>;
+        Marks atSignal;
+        connect(&b, &CommandBar::triggered, &b, [&](const QString& n) { atSignal.append({n, b.IsChecked(n)}); });
+        const auto click = [&](const QString& n) {
+            atSignal.clear();
+            b.Action(n)->trigger();
+            return atSignal;
+        };
         // Marks the program keeps: a click reports the mark as it was and leaves it.
         for (const char* tool : {"fnBold", "fnItalic", "fnUnderline", "fnLeft", "fnCenter", "fnRight",
                                  "miEffectFlat", "miEffectShadow", "miPageHeader", "miDataView"}) {
             const QString n = tool;
-            atSignal.clear();
-            b.Action(n)->trigger();
-            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, false}}));
+            QCOMPARE(click(n), (Marks{{n, false}}));
             QVERIFY(!b.IsChecked(n));
             b.SetChecked(n, true);
-            atSignal.clear();
-            b.Action(n)->trigger();
-            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, true}}));
+            QCOMPARE(click(n), (Marks{{n, true}}));
             QVERIFY(b.IsChecked(n));
         }
         // Marks that flip themselves.
         for (const char* tool : {"miShowOutline", "miClearDataSource"}) {
             const QString n = tool;
-            atSignal.clear();
-            b.Action(n)->trigger();
-            b.Action(n)->trigger();
-            b.Action(n)->trigger();
-            QCOMPARE(atSignal, (QList<std::pair<QString, bool>>{{n, true}, {n, false}, {n, true}}));
+            QCOMPARE(click(n), (Marks{{n, true}}));
+            QCOMPARE(click(n), (Marks{{n, false}}));
         }
         // Plain commands take no mark.
         b.SetChecked(u"miSave", true);
@@ -526,10 +451,15 @@ private slots:
     {
         QTest::addColumn<int>("n");
         QTest::addColumn<uint>("bgr");
-        const uint table[16] = {0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0,
-                                0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF};
-        for (int i = 0; i < 16; ++i)
-            QTest::addRow("color %d", i) << i << table[i];
+        // Values are BGR: dark blue is 0x800000 and bright red 0x0000FF.
+        QTest::newRow("color 0") << 0 << 0x000000u;
+        QTest::newRow("color 1") << 1 << 0x800000u;
+        QTest::newRow("color 6") << 6 << 0x008080u;
+        QTest::newRow("color 7") << 7 << 0xC0C0C0u;
+        QTest::newRow("color 8") << 8 << 0x808080u;
+        QTest::newRow("color 12") << 12 << 0x0000FFu;
+        QTest::newRow("color 14") << 14 << 0x00FFFFu;
+        QTest::newRow("color 15") << 15 << 0xFFFFFFu;
         QTest::newRow("below") << -1 << 0u;
         QTest::newRow("above") << 16 << 0u;
     }
@@ -578,7 +508,6 @@ private slots:
         b.Action(u"cpColor12")->trigger();
         QCOMPARE(clicked.count(), 1);
         QCOMPARE(clicked.at(0).at(0).toString(), QString("cpColor12"));
-        QCOMPARE(QBColor(FindCommand(u"cpColor12")->paletteIndex), 0x0000FFu); // bright red
         QCOMPARE(b.PaletteTarget(), 2);
     }
 

@@ -187,42 +187,23 @@ private slots:
         QCOMPARE(f->ResizeHandle(8), nullptr);
         QCOMPARE(f->ResizeHandle(-1), nullptr);
 
-        // Corners outside the item, middles centred on their edges, all in whole twips.
+        // Corners outside the item, middles centred on their edges, all in whole twips; each with its pointer.
         const QPointF expected[8] = {{520, 820}, {520, 1161}, {1801, 1161}, {1161, 820},
                                      {1801, 820}, {1801, 1501}, {1161, 1501}, {520, 1501}};
+        const int pointer[8] = {5, 9, 9, 7, 6, 8, 7, 6};
+        const Qt::CursorShape shape[8] = {Qt::SizeAllCursor,   Qt::SizeHorCursor,   Qt::SizeHorCursor,
+                                          Qt::SizeVerCursor,   Qt::SizeBDiagCursor, Qt::SizeFDiagCursor,
+                                          Qt::SizeVerCursor,   Qt::SizeBDiagCursor};
         for (int i = 0; i < 8; ++i) {
+            ResizeHandleItem* h = f->ResizeHandle(i);
             QCOMPARE(handleAt(f, i), expected[i]);
-            QVERIFY(f->ResizeHandle(i)->Shown());
+            QVERIFY(h->Shown());
+            QCOMPARE(ResizeHandleItem::PointerOf(i), pointer[i]);
+            QCOMPARE(h->cursor().shape(), shape[i]);
+            QCOMPARE(h->Tag(), QString::number(i));
         }
         QVERIFY(f->HandlesVisible());
         QVERIFY(f->zValue() > a->zValue());
-    }
-
-    void handleCursors_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<int>("pointer");
-        QTest::addColumn<int>("shape");
-        QTest::newRow("0 move") << 0 << 5 << int(Qt::SizeAllCursor);
-        QTest::newRow("1 left") << 1 << 9 << int(Qt::SizeHorCursor);
-        QTest::newRow("2 right") << 2 << 9 << int(Qt::SizeHorCursor);
-        QTest::newRow("3 top") << 3 << 7 << int(Qt::SizeVerCursor);
-        QTest::newRow("4 top right") << 4 << 6 << int(Qt::SizeBDiagCursor);
-        QTest::newRow("5 bottom right") << 5 << 8 << int(Qt::SizeFDiagCursor);
-        QTest::newRow("6 bottom") << 6 << 7 << int(Qt::SizeVerCursor);
-        QTest::newRow("7 bottom left") << 7 << 6 << int(Qt::SizeBDiagCursor);
-    }
-    void handleCursors()
-    {
-        QFETCH(int, index);
-        QFETCH(int, pointer);
-        QFETCH(int, shape);
-        RptItemControl* a = add(ObjType::Box, 600, 600, 600, 600);
-        sel->Select(a);
-        ResizeHandleItem* h = sel->Frame(a)->ResizeHandle(index);
-        QCOMPARE(ResizeHandleItem::PointerOf(index), pointer);
-        QCOMPARE(int(h->cursor().shape()), shape);
-        QCOMPARE(h->Tag(), QString::number(index));
     }
 
     void lineShowsTwoHandles()
@@ -577,17 +558,6 @@ private slots:
         QCOMPARE(a->Left(), 600.0f);
         SendMouse(scene, QEvent::GraphicsSceneMouseRelease, {1320, 610}, Qt::NoButton);
         QCOMPARE(RectOf(a), QRectF(720, 600, 1440, 420));
-    }
-
-    void handleEventsReachTheManager()
-    {
-        RptItemControl* a = add(ObjType::Box, 600, 600, 1200, 300);
-        sel->Select(a);
-        DragBox* f = sel->Frame(a);
-        emit f->HandleMouseDown(2, L, 0, 1840, 700);
-        emit f->HandleMouseMove(2, L, 0, 1960, 700);
-        emit f->HandleMouseUp(2, L, 0, 1960, 700);
-        QCOMPARE(RectOf(a), QRectF(600, 600, 1320, 300));
     }
 };
 

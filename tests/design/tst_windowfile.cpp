@@ -1,322 +1,274 @@
 // The design window's sections, closing and files, driven with real widgets and QTest events.
 #include "support_windowhost.h"
 
-#include "design/CommandBar.h"
 #include "design/DesignGeometry.h"
-#include "design/DesignPage.h"
 #include "design/PageRuler.h"
-#include "design/RptImage.h"
-#include "design/RptTextBox.h"
 #include "design/SectionBar.h"
 #include "design/clsResize.h"
-#include "document/clsRptControl.h"
-#include "entry/PrivateProfile.h"
 #include "entry/Prompts.h"
 
-#include <QAction>
 #include <QFile>
-#include <QImage>
-#include <QLineEdit>
-#include <QScrollBar>
-#include <QtTest>
-
 
 class tst_windowfile : public QObject {
     Q_OBJECT
 private slots:
-
-    void headerFooterToggleAndFooterPlacement();
-    void draggingDetailBarMovesFooterAndItems();
-    void verticalRulerRestartsBelowBars();
-    void closingAsksOnlyWhenDirty();
-    void closeWithKnownFileNamesIt();
-    void saveOpenRoundTripAndCaption();
-    void unreadableFileReportsAndKeepsReport();
-    void screenshotOfPopulatedWindow();
-};
-
-void tst_windowfile::headerFooterToggleAndFooterPlacement()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    auto w = Open();
-    w->SetHeaderFooter(1660);
-    QVERIFY(w->Commands().IsChecked(u"miPageHeader"));
-    QCOMPARE(w->DetailHeaderBarOffset(), 1660.0f);
-    // No items: the footer goes no higher than 6000.
-    QCOMPARE(w->PageFooterBarOffset(), 6000.0f);
-    QVERIFY(w->Page().Bar(QStringLiteral("PageHeaderBar"))->isVisible());
-    QVERIFY(w->Page().Bar(QStringLiteral("DetailHeaderBar"))->Draggable());
-    QCOMPARE(w->Page().Bar(QStringLiteral("DetailHeaderBar"))->pos().y(), 1660.0 - 220);
-
-    // Below the items' end when they reach further.
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 6000}, {1200, 7200});
-    const double bottom = Geometry(Control(*w, 1)).bottom();
-    w->MovePageFooterBar(0);
-    QCOMPARE(double(w->PageFooterBarOffset()), bottom + 220);
-    const QRectF detailBox = Geometry(Control(*w, 1));
-    Tool(*w, "tbInsertLabel"); // a page header item
-    Drag(*w, {600, 300}, {1800, 600});
-    QTest::keyClicks(w->TextEditor(), QStringLiteral("Header"));
-    QTest::keyClick(w->TextEditor(), Qt::Key_Return);
-    QCOMPARE(w->Document().RptItemCount(), 2);
-
-    // Off again through the menu: the header item goes (after the question), the bars hide,
-    // and the detail items move up with the detail bar.
-    prompts.answers.push_back(Mb::OK);
-    Tool(*w, "miPageHeader");
-    QCOMPARE(w->Document().RptItemCount(), 1);
-    QCOMPARE(Geometry(Control(*w, 1)), detailBox.translated(0, -1660));
-    QCOMPARE(prompts.asked.size(), size_t(1));
-    QCOMPARE(prompts.asked[0].title, QStringLiteral("Delete Header/Footer"));
-    QVERIFY(!w->Commands().IsChecked(u"miPageHeader"));
-    QVERIFY(!w->Page().Bar(QStringLiteral("PageHeaderBar"))->isVisible());
-    QVERIFY(!w->Page().Bar(QStringLiteral("PageFooterBar"))->isVisible());
-    QVERIFY(!w->Page().Bar(QStringLiteral("DetailHeaderBar"))->Draggable());
-    QCOMPARE(w->DetailHeaderBarOffset(), 0.0f);
-
-    // And on through the menu: a one-inch header; the detail items move down below it.
-    const QRectF before = Geometry(Control(*w, 1));
-    Tool(*w, "miPageHeader");
-    QVERIFY(w->Commands().IsChecked(u"miPageHeader"));
-    QCOMPARE(w->DetailHeaderBarOffset(), 1660.0f);
-    QCOMPARE(Geometry(Control(*w, 1)), before.translated(0, 1660));
-}
-
-void tst_windowfile::draggingDetailBarMovesFooterAndItems()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    auto w = Open();
-    w->SetHeaderFooter(1660);
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 300}, {1200, 900}); // page header item
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 2400}, {1200, 3000}); // detail
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 6600}, {1200, 6900}); // page footer
-    const QRectF header = Geometry(Control(*w, 1)), detail = Geometry(Control(*w, 2)), footer = Geometry(Control(*w, 3));
-    const float footerBar = w->PageFooterBarOffset();
-    w->Document().DirtyFlag = false;
-
-    // Grab the detail bar in its middle and pull it down by 600 twips (40 pixels).
-    SectionBar* bar = w->Page().Bar(QStringLiteral("DetailHeaderBar"));
-    const QPointF grab = bar->pos() + QPointF(3000, 110);
-    QWidget* vp = Viewport(*w);
-    const QPoint a = w->Page().ViewportPixel(grab);
-    QTest::mousePress(vp, Qt::LeftButton, {}, a);
-    QTest::mouseMove(vp, a + QPoint(0, 20));
-    QTest::mouseMove(vp, a + QPoint(0, 40));
-    const double grabbed = w->Page().PagePoint(a).y() - bar->pos().y();
-    QCOMPARE(w->Page().VRuler()->Guide(), w->Page().PagePoint(a + QPoint(0, 40)).y() - grabbed + 220);
-    QTest::mouseRelease(vp, Qt::LeftButton, {}, a + QPoint(0, 40));
-
-    const double moved = Floor60(1660 - 220 + 600) + 220 - 1660; // the bar snaps to the grid
-    QCOMPARE(double(w->DetailHeaderBarOffset()), 1660 + moved);
-    QCOMPARE(double(w->PageFooterBarOffset()), footerBar + moved);
-    QCOMPARE(Geometry(Control(*w, 1)), header);
-    QCOMPARE(Geometry(Control(*w, 2)), detail.translated(0, moved));
-    QCOMPARE(Geometry(Control(*w, 3)), footer.translated(0, moved));
-    QVERIFY(w->Document().DirtyFlag);
-
-    // The footer bar alone: only the footer item follows.
-    w->Page().Bar(QStringLiteral("PageFooterBar"));
-    const float newFooterBar = w->PageFooterBarOffset();
-    QTest::mousePress(vp, Qt::LeftButton, {}, w->Page().ViewportPixel(QPointF(3000, newFooterBar - 110)));
-    QTest::mouseMove(vp, w->Page().ViewportPixel(QPointF(3000, newFooterBar + 400)));
-    QTest::mouseRelease(vp, Qt::LeftButton, {}, w->Page().ViewportPixel(QPointF(3000, newFooterBar + 400)));
-    const double footerMoved = double(w->PageFooterBarOffset()) - newFooterBar;
-    QVERIFY(footerMoved > 0);
-    QCOMPARE(Geometry(Control(*w, 2)), detail.translated(0, moved));
-    QCOMPARE(Geometry(Control(*w, 3)), footer.translated(0, moved + footerMoved));
-}
-
-void tst_windowfile::verticalRulerRestartsBelowBars()
-{
-    using DesignGeometry::RulerMark;
-    auto numbers = [](const std::vector<RulerMark>& marks) {
-        std::vector<std::pair<double, int>> out;
-        for (const RulerMark& m : marks)
-            if (m.length == 0)
-                out.push_back({m.pos, m.number});
-        return out;
-    };
-    // No bars inside the page: inches 1.. from the page top (220).
-    auto plain = numbers(DesignGeometry::VRulerMarks(3 * 1440, 0, 0, false));
-    QCOMPARE(plain, (std::vector<std::pair<double, int>>{{1660, 1}, {3100, 2}, {4540, 3}}));
-    // Detail bar at 2000, footer at 5000: numbering starts again below each.
-    auto barred = numbers(DesignGeometry::VRulerMarks(6 * 1440, 2000, 5000, true));
-    QCOMPARE(barred, (std::vector<std::pair<double, int>>{{1660, 1}, {2220 + 1440, 1}, {5220 + 1440, 1}, {5220 + 2880, 2}}));
-    // A hidden footer bar does not restart it.
-    auto hidden = numbers(DesignGeometry::VRulerMarks(6 * 1440, 2000, 5000, false));
-    QCOMPARE(hidden.back(), (std::pair<double, int>{2220 + 4 * 1440, 4}));
-    // Ticks: 40 long, 90 at the half inch.
-    const auto h = DesignGeometry::HRulerMarks();
-    QCOMPARE(h.size(), size_t(21 * 8));
-    QCOMPARE(h[0], (RulerMark{180, 40, 0}));
-    QCOMPARE(h[3], (RulerMark{720, 90, 0}));
-    QCOMPARE(h[7], (RulerMark{1440, 0, 1}));
-
-    // The window's ruler follows its bars.
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    auto w = Open();
-    w->SetHeaderFooter(2000);
-    w->MovePageFooterBar(5000);
-    QCOMPARE(numbers(w->Page().VRuler()->Marks())[1], (std::pair<double, int>{2220 + 1440, 1}));
-}
-
-void tst_windowfile::closingAsksOnlyWhenDirty()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    auto w = Open();
-    QVERIFY(w->close()); // nothing drawn: nothing asked
-    QVERIFY(prompts.asked.empty());
-    QCOMPARE(host.closedJobs, QList<QVariant>{7});
-
-    auto d = Open(1, 9);
-    Tool(*d, "tbInsertRectangle");
-    Drag(*d, {600, 600}, {1200, 1200});
-    prompts.answers.push_back(Mb::Cancel);
-    QVERIFY(!d->close());
-    QVERIFY(d->isVisible());
-    QCOMPARE(prompts.asked.size(), size_t(1));
-    QCOMPARE(prompts.asked[0].prompt, QStringLiteral("Do you wish to save your changes?"));
-    QCOMPARE(prompts.asked[0].buttons, Mb::YesNoCancel | Mb::Exclamation);
-    QCOMPARE(host.closedJobs.size(), 1);
-
-    // Yes with no file asks for one; cancelling that keeps the window too.
-    prompts.answers.push_back(Mb::Yes);
-    QVERIFY(!d->close());
-    QCOMPARE(prompts.fileTitles.last(), QStringLiteral("Save"));
-
-    prompts.answers.push_back(Mb::No);
-    QVERIFY(d->close());
-    QCOMPARE(host.closedJobs, (QList<QVariant>{7, 9}));
-}
-
-void tst_windowfile::closeWithKnownFileNamesIt()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/flyer.rdf"));
-    auto w = Open();
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 600}, {1200, 1200});
-    prompts.files.push_back(file);
-    Tool(*w, "miSaveAs");
-    QVERIFY(QFile::exists(file));
-    Tool(*w, "tbInsertLine");
-    Drag(*w, {600, 1800}, {1800, 1800});
-    prompts.answers.push_back(Mb::Yes);
-    // "exit" asks as a close does, and Yes saves to the known file.
-    Tool(*w, "exit");
-    QCOMPARE(prompts.asked.back().prompt, QStringLiteral("Do you wish to save changes to\n") + file + QStringLiteral("?"));
-    QVERIFY(!w->Document().DirtyFlag);
-    QVERIFY(!w->isVisible());
-    QCOMPARE(host.closedJobs, QList<QVariant>{7});
-}
-
-void tst_windowfile::saveOpenRoundTripAndCaption()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/open house"));
-    auto w = Open();
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 600}, {1800, 1200});
-    Tool(*w, "tbInsertLabel");
-    Drag(*w, {600, 1800}, {3000, 2100});
-    QTest::keyClicks(w->TextEditor(), QStringLiteral("Open House"));
-    QTest::keyClick(w->TextEditor(), Qt::Key_Return);
-    const QRectF box = Geometry(Control(*w, 1)), label = Geometry(Control(*w, 2));
-
-    prompts.files.push_back(file);
-    Tool(*w, "miSave"); // no file yet: asks for a name, adds the extension
-    QCOMPARE(w->ReportFile(), file + QStringLiteral(".rdf"));
-    QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - open house.rdf"));
-    QVERIFY(!w->Document().DirtyFlag);
-
-    Tool(*w, "new");
-    QCOMPARE(w->Document().RptItemCount(), 0);
-    QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
-    QVERIFY(w->ReportFile().isEmpty());
-
-    prompts.files.push_back(file + QStringLiteral(".rdf"));
-    Tool(*w, "Open");
-    QCOMPARE(prompts.fileTitles.last(), QStringLiteral("Open"));
-    QCOMPARE(w->Document().RptItemCount(), 2);
-    QCOMPARE(Geometry(Control(*w, 1)), box);
-    QCOMPARE(Geometry(Control(*w, 2)), label);
-    QCOMPARE(clsRptControl::Prop(Control(*w, 2), "Text").toString(), QStringLiteral("Open House"));
-    QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - open house.rdf"));
-
-    // A template opens but is not kept as the file to save to.
-    const QString tpl = host.Local(QStringLiteral("Users/Templates/base.rdf"));
-    QDir().mkpath(QFileInfo(tpl).path());
-    QVERIFY(QFile::copy(file + QStringLiteral(".rdf"), tpl));
-    w->SetReport(tpl, QStringLiteral("base.rdf"), QString());
-    QCOMPARE(w->Document().RptItemCount(), 2);
-    QVERIFY(w->ReportFile().isEmpty());
-    QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - base.rdf"));
-}
-
-void tst_windowfile::unreadableFileReportsAndKeepsReport()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    const QString bad = host.Local(QStringLiteral("Users/tester/Reports/Listings/bad.rdf"));
+    void headerFooterToggleAndFooterPlacement()
     {
-        QFile f(bad);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray("\x64\x00garbage that is no report", 28));
-    }
-    auto w = Open();
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 600}, {1200, 1200});
-    prompts.files.push_back(bad);
-    Tool(*w, "Open");
-    QCOMPARE(prompts.asked.size(), size_t(1));
-    QCOMPARE(prompts.asked[0].title, QStringLiteral("Report Designer File error"));
-    QCOMPARE(prompts.asked[0].buttons, Mb::OKOnly | Mb::Critical);
-    QVERIFY(prompts.asked[0].prompt.startsWith(QStringLiteral("Error: ")));
-    QVERIFY(prompts.asked[0].prompt.endsWith(QStringLiteral("\nFile: ") + bad));
-    QCOMPARE(w->Document().RptItemCount(), 1);
-    QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
-}
+        WindowTestHost host;
+        auto w = Open();
+        w->SetHeaderFooter(1660);
+        QVERIFY(w->Commands().IsChecked(u"miPageHeader"));
+        QCOMPARE(w->DetailHeaderBarOffset(), 1660.0f);
+        // No items: the footer goes no higher than 6000.
+        QCOMPARE(w->PageFooterBarOffset(), 6000.0f);
+        QVERIFY(w->Page().Bar(QStringLiteral("PageHeaderBar"))->isVisible());
+        QVERIFY(w->Page().Bar(QStringLiteral("DetailHeaderBar"))->Draggable());
+        QCOMPARE(w->Page().Bar(QStringLiteral("DetailHeaderBar"))->pos().y(), 1660.0 - 220);
 
-void tst_windowfile::screenshotOfPopulatedWindow()
-{
-    WindowTestHost host;
-    ScriptedPrompter prompts;
-    auto w = Open();
-    w->resize(1000, 700);
-    w->SetHeaderFooter(1660);
-    Tool(*w, "tbInsertLabel");
-    Drag(*w, {600, 300}, {4200, 700});
-    QTest::keyClicks(w->TextEditor(), QStringLiteral("Featured Listing"));
-    QTest::keyClick(w->TextEditor(), Qt::Key_Return);
-    Tool(*w, "tbInsertRectangle");
-    Drag(*w, {600, 1800}, {6000, 4200});
-    Tool(*w, "tbInsertLine");
-    Drag(*w, {900, 4500}, {6000, 4500});
-    Tool(*w, "tbDateTime");
-    Drag(*w, {3600, 6300}, {6000, 6600});
-    w->SelObj().Select(Control(*w, 2));
-    QApplication::processEvents();
-    const QImage shot = w->grab().toImage();
-    const QString path = QDir::currentPath() + QStringLiteral("/design-window.png");
-    QVERIFY(shot.save(path));
-    QVERIFY(QFile::exists(path));
-    // The page is white where nothing lies, and the box's border is drawn in black.
-    const QPoint blank = w->Page().ViewportPixel(QPointF(8000, 3000));
-    const QPoint boxEdge = w->Page().ViewportPixel(QPointF(3000, 4200 - 10));
-    const QImage vp = w->Page().View()->viewport()->grab().toImage();
-    QCOMPARE(vp.pixelColor(blank), QColor(Qt::white));
-    QVERIFY(vp.pixelColor(boxEdge) != QColor(Qt::white));
-}
+        // Below the items' end when they reach further.
+        Draw(*w, "tbInsertRectangle", {600, 6000}, {1200, 7200});
+        const double bottom = Geometry(Control(*w, 1)).bottom();
+        w->MovePageFooterBar(0);
+        QCOMPARE(double(w->PageFooterBarOffset()), bottom + 220);
+        const QRectF detailBox = Geometry(Control(*w, 1));
+        Tool(*w, "tbInsertLabel"); // a page header item
+        Drag(*w, {600, 300}, {1800, 600});
+        TypeLabel(*w, QStringLiteral("Header"));
+        QCOMPARE(w->Document().RptItemCount(), 2);
+
+        // Off again through the menu: the header item goes (after the question), the bars hide,
+        // and the detail items move up with the detail bar.
+        host.prompts.answers.push_back(Mb::OK);
+        Tool(*w, "miPageHeader");
+        QCOMPARE(w->Document().RptItemCount(), 1);
+        QCOMPARE(Geometry(Control(*w, 1)), detailBox.translated(0, -1660));
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Delete Header/Footer"));
+        QVERIFY(!w->Commands().IsChecked(u"miPageHeader"));
+        QVERIFY(!w->Page().Bar(QStringLiteral("PageHeaderBar"))->isVisible());
+        QVERIFY(!w->Page().Bar(QStringLiteral("PageFooterBar"))->isVisible());
+        QVERIFY(!w->Page().Bar(QStringLiteral("DetailHeaderBar"))->Draggable());
+        QCOMPARE(w->DetailHeaderBarOffset(), 0.0f);
+
+        // And on through the menu: a one-inch header; the detail items move down below it.
+        const QRectF before = Geometry(Control(*w, 1));
+        Tool(*w, "miPageHeader");
+        QVERIFY(w->Commands().IsChecked(u"miPageHeader"));
+        QCOMPARE(w->DetailHeaderBarOffset(), 1660.0f);
+        QCOMPARE(Geometry(Control(*w, 1)), before.translated(0, 1660));
+    }
+
+    void draggingDetailBarMovesFooterAndItems()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        w->SetHeaderFooter(1660);
+        Draw(*w, "tbInsertRectangle", {600, 300}, {1200, 900}); // page header item
+        Draw(*w, "tbInsertRectangle", {600, 2400}, {1200, 3000}); // detail
+        Draw(*w, "tbInsertRectangle", {600, 6600}, {1200, 6900}); // page footer
+        const QRectF header = Geometry(Control(*w, 1)), detail = Geometry(Control(*w, 2)), footer = Geometry(Control(*w, 3));
+        const float footerBar = w->PageFooterBarOffset();
+        w->Document().DirtyFlag = false;
+
+        // Grab the detail bar in its middle and pull it down by 600 twips (40 pixels).
+        SectionBar* bar = w->Page().Bar(QStringLiteral("DetailHeaderBar"));
+        const QPointF grab = bar->pos() + QPointF(3000, 110);
+        QWidget* vp = Viewport(*w);
+        const QPoint a = w->Page().ViewportPixel(grab);
+        QTest::mousePress(vp, Qt::LeftButton, {}, a);
+        QTest::mouseMove(vp, a + QPoint(0, 20));
+        QTest::mouseMove(vp, a + QPoint(0, 40));
+        const double grabbed = w->Page().PagePoint(a).y() - bar->pos().y();
+        QCOMPARE(w->Page().VRuler()->Guide(), w->Page().PagePoint(a + QPoint(0, 40)).y() - grabbed + 220);
+        QTest::mouseRelease(vp, Qt::LeftButton, {}, a + QPoint(0, 40));
+
+        const double moved = Floor60(1660 - 220 + 600) + 220 - 1660; // the bar snaps to the grid
+        QCOMPARE(double(w->DetailHeaderBarOffset()), 1660 + moved);
+        QCOMPARE(double(w->PageFooterBarOffset()), footerBar + moved);
+        QCOMPARE(Geometry(Control(*w, 1)), header);
+        QCOMPARE(Geometry(Control(*w, 2)), detail.translated(0, moved));
+        QCOMPARE(Geometry(Control(*w, 3)), footer.translated(0, moved));
+        QVERIFY(w->Document().DirtyFlag);
+
+        // The footer bar alone: only the footer item follows.
+        const float newFooterBar = w->PageFooterBarOffset();
+        QTest::mousePress(vp, Qt::LeftButton, {}, w->Page().ViewportPixel(QPointF(3000, newFooterBar - 110)));
+        QTest::mouseMove(vp, w->Page().ViewportPixel(QPointF(3000, newFooterBar + 400)));
+        QTest::mouseRelease(vp, Qt::LeftButton, {}, w->Page().ViewportPixel(QPointF(3000, newFooterBar + 400)));
+        const double footerMoved = double(w->PageFooterBarOffset()) - newFooterBar;
+        QVERIFY(footerMoved > 0);
+        QCOMPARE(Geometry(Control(*w, 2)), detail.translated(0, moved));
+        QCOMPARE(Geometry(Control(*w, 3)), footer.translated(0, moved + footerMoved));
+    }
+
+    void verticalRulerRestartsBelowBars()
+    {
+        using DesignGeometry::RulerMark;
+        auto numbers = [](const std::vector<RulerMark>& marks) {
+            std::vector<std::pair<double, int>> out;
+            for (const RulerMark& m : marks)
+                if (m.length == 0)
+                    out.push_back({m.pos, m.number});
+            return out;
+        };
+        // No bars inside the page: inches 1.. from the page top (220).
+        auto plain = numbers(DesignGeometry::VRulerMarks(3 * 1440, 0, 0, false));
+        QCOMPARE(plain, (std::vector<std::pair<double, int>>{{1660, 1}, {3100, 2}, {4540, 3}}));
+        // Detail bar at 2000, footer at 5000: numbering starts again below each.
+        auto barred = numbers(DesignGeometry::VRulerMarks(6 * 1440, 2000, 5000, true));
+        QCOMPARE(barred, (std::vector<std::pair<double, int>>{{1660, 1}, {2220 + 1440, 1}, {5220 + 1440, 1}, {5220 + 2880, 2}}));
+        // A hidden footer bar does not restart it.
+        auto hidden = numbers(DesignGeometry::VRulerMarks(6 * 1440, 2000, 5000, false));
+        QCOMPARE(hidden.back(), (std::pair<double, int>{2220 + 4 * 1440, 4}));
+        // Ticks: 40 long, 90 at the half inch.
+        const auto h = DesignGeometry::HRulerMarks();
+        QCOMPARE(h.size(), size_t(21 * 8));
+        QCOMPARE(h[0], (RulerMark{180, 40, 0}));
+        QCOMPARE(h[3], (RulerMark{720, 90, 0}));
+        QCOMPARE(h[7], (RulerMark{1440, 0, 1}));
+
+        // The window's ruler follows its bars.
+        WindowTestHost host;
+        auto w = Open();
+        w->SetHeaderFooter(2000);
+        w->MovePageFooterBar(5000);
+        QCOMPARE(numbers(w->Page().VRuler()->Marks())[1], (std::pair<double, int>{2220 + 1440, 1}));
+    }
+
+    void closingAsksOnlyWhenDirty()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        QVERIFY(w->close()); // nothing drawn: nothing asked
+        QVERIFY(host.prompts.asked.empty());
+        QCOMPARE(host.closedJobs, QList<QVariant>{7});
+
+        auto d = Open(1, 9);
+        Draw(*d, "tbInsertRectangle", {600, 600}, {1200, 1200});
+        host.prompts.answers.push_back(Mb::Cancel);
+        QVERIFY(!d->close());
+        QVERIFY(d->isVisible());
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].prompt, QStringLiteral("Do you wish to save your changes?"));
+        QCOMPARE(host.prompts.asked[0].buttons, Mb::YesNoCancel | Mb::Exclamation);
+        QCOMPARE(host.closedJobs.size(), 1);
+
+        // Yes with no file asks for one; cancelling that keeps the window too.
+        host.prompts.answers.push_back(Mb::Yes);
+        QVERIFY(!d->close());
+        QCOMPARE(host.prompts.fileTitles.last(), QStringLiteral("Save"));
+
+        host.prompts.answers.push_back(Mb::No);
+        QVERIFY(d->close());
+        QCOMPARE(host.closedJobs, (QList<QVariant>{7, 9}));
+    }
+
+    void closeWithKnownFileNamesIt()
+    {
+        WindowTestHost host;
+        const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/flyer.rdf"));
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1200, 1200});
+        host.prompts.files.push_back(file);
+        Tool(*w, "miSaveAs");
+        QVERIFY(QFile::exists(file));
+        Draw(*w, "tbInsertLine", {600, 1800}, {1800, 1800});
+        host.prompts.answers.push_back(Mb::Yes);
+        // "exit" asks as a close does, and Yes saves to the known file.
+        Tool(*w, "exit");
+        QCOMPARE(host.prompts.asked.back().prompt, QStringLiteral("Do you wish to save changes to\n") + file + QStringLiteral("?"));
+        QVERIFY(!w->Document().DirtyFlag);
+        QVERIFY(!w->isVisible());
+        QCOMPARE(host.closedJobs, QList<QVariant>{7});
+    }
+
+    void saveOpenRoundTripAndCaption()
+    {
+        WindowTestHost host;
+        const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/open house"));
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1800, 1200});
+        Draw(*w, "tbInsertLabel", {600, 1800}, {3000, 2100});
+        TypeLabel(*w, QStringLiteral("Open House"));
+        const QRectF box = Geometry(Control(*w, 1)), label = Geometry(Control(*w, 2));
+
+        host.prompts.files.push_back(file);
+        Tool(*w, "miSave"); // no file yet: asks for a name, adds the extension
+        QCOMPARE(w->ReportFile(), file + QStringLiteral(".rdf"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - open house.rdf"));
+        QVERIFY(!w->Document().DirtyFlag);
+
+        Tool(*w, "new");
+        QCOMPARE(w->Document().RptItemCount(), 0);
+        QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
+        QVERIFY(w->ReportFile().isEmpty());
+
+        host.prompts.files.push_back(file + QStringLiteral(".rdf"));
+        Tool(*w, "Open");
+        QCOMPARE(host.prompts.fileTitles.last(), QStringLiteral("Open"));
+        QCOMPARE(w->Document().RptItemCount(), 2);
+        QCOMPARE(Geometry(Control(*w, 1)), box);
+        QCOMPARE(Geometry(Control(*w, 2)), label);
+        QCOMPARE(clsRptControl::Prop(Control(*w, 2), "Text").toString(), QStringLiteral("Open House"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - open house.rdf"));
+
+        // A template opens but is not kept as the file to save to.
+        const QString tpl = host.Local(QStringLiteral("Users/Templates/base.rdf"));
+        QDir().mkpath(QFileInfo(tpl).path());
+        QVERIFY(QFile::copy(file + QStringLiteral(".rdf"), tpl));
+        w->SetReport(tpl, QStringLiteral("base.rdf"), QString());
+        QCOMPARE(w->Document().RptItemCount(), 2);
+        QVERIFY(w->ReportFile().isEmpty());
+        QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - base.rdf"));
+    }
+
+    void unreadableFileReportsAndKeepsReport()
+    {
+        WindowTestHost host;
+        const QString bad = host.Local(QStringLiteral("Users/tester/Reports/Listings/bad.rdf"));
+        {
+            QFile f(bad);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(QByteArray("\x64\x00garbage that is no report", 28));
+        }
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1200, 1200});
+        host.prompts.files.push_back(bad);
+        Tool(*w, "Open");
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Report Designer File error"));
+        QCOMPARE(host.prompts.asked[0].buttons, Mb::OKOnly | Mb::Critical);
+        QVERIFY(host.prompts.asked[0].prompt.startsWith(QStringLiteral("Error: ")));
+        QVERIFY(host.prompts.asked[0].prompt.endsWith(QStringLiteral("\nFile: ") + bad));
+        QCOMPARE(w->Document().RptItemCount(), 1);
+        QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
+    }
+
+    void screenshotOfPopulatedWindow()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        w->resize(1000, 700);
+        w->SetHeaderFooter(1660);
+        Draw(*w, "tbInsertLabel", {600, 300}, {4200, 700});
+        TypeLabel(*w, QStringLiteral("Featured Listing"));
+        Draw(*w, "tbInsertRectangle", {600, 1800}, {6000, 4200});
+        Draw(*w, "tbInsertLine", {900, 4500}, {6000, 4500});
+        Draw(*w, "tbDateTime", {3600, 6300}, {6000, 6600});
+        w->SelObj().Select(Control(*w, 2));
+        QApplication::processEvents();
+        const QImage shot = w->grab().toImage();
+        const QString path = QDir::currentPath() + QStringLiteral("/design-window.png");
+        QVERIFY(shot.save(path));
+        QVERIFY(QFile::exists(path));
+        // The page is white where nothing lies, and the box's border is drawn in black.
+        const QPoint blank = w->Page().ViewportPixel(QPointF(8000, 3000));
+        const QPoint boxEdge = w->Page().ViewportPixel(QPointF(3000, 4200 - 10));
+        const QImage vp = w->Page().View()->viewport()->grab().toImage();
+        QCOMPARE(vp.pixelColor(blank), QColor(Qt::white));
+        QVERIFY(vp.pixelColor(boxEdge) != QColor(Qt::white));
+    }
+};
 
 QTEST_MAIN(tst_windowfile)
 #include "tst_windowfile.moc"

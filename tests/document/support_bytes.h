@@ -1,6 +1,8 @@
 #pragma once
 // Builds expected file bytes field by field, independently of the codec under test.
 #include <QByteArray>
+#include <QFile>
+#include <QString>
 #include <cstring>
 #include <initializer_list>
 
@@ -36,3 +38,10 @@ public:
 private:
     QByteArray m_b;
 };
+
+// A file's bytes; empty when it cannot be read.
+inline QByteArray FileBytes(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}

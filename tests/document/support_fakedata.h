@@ -2,6 +2,7 @@
 // A small dictionary and a database that records every statement, for checking the exact
 // SQL the document composes.
 #include "entry/Host.h"
+#include "entry/support_fakehost.h"
 
 #include <QMap>
 #include <QStringList>
@@ -83,13 +84,6 @@ public:
     }
 };
 
-class FakeMainForm2 : public HostMainForm {
-public:
-    QVariant Switch() const override { return 1; }
-    void SetSwitch(const QVariant&) override {}
-    QWidget* Window() const override { return nullptr; }
-};
-
 class FakePhotos : public PhotoLibrary {
 public:
     QStringList calls;
@@ -107,32 +101,22 @@ public:
     }
 };
 
-class DataHost : public TervaneCommon {
+// The entry tests' fixed host, with a recording database, a photo service and settable identity.
+class DataHost : public FakeHost {
 public:
-    FakeMainForm2 form;
     RecordingDatabase db;
-    ::AppEvents events;
     FakePhotos photos;
     QString appPath = QStringLiteral("/nowhere/");
     QString statusList;
     QString accessKey = QStringLiteral("'K9'");
     QString agentId = QStringLiteral("A100");
 
-    HostMainForm& MainForm() override { return form; }
     ::Database& Database() override { return db; }
-    ::AppEvents& AppEvents() override { return events; }
-    void CloseJob(const QVariant&) override {}
     QString AppPath() const override { return appPath; }
     QString UserPath() const override { return appPath + QStringLiteral("Users\\demo"); }
-    QString UserName() const override { return QStringLiteral("demo"); }
-    QString OfficeId() const override { return QStringLiteral("OF1"); }
     QString AgentId() const override { return agentId; }
-    int UserLevel() const override { return 100; }
     QString DataPath() const override { return appPath; }
     QString AccessKey() const override { return accessKey; }
-    int BoardId() const override { return 0; }
     QString StatusList() const override { return statusList; }
-    QString HelpFile() const override { return {}; }
-    std::unique_ptr<FieldDictionary> NewFieldDictionary(int) override { return nullptr; }
     PhotoLibrary& PhotoService() override { return photos; }
 };

@@ -1,20 +1,10 @@
 #include "support_surface.h"
 
-#include "document/RdfFile.h"
 #include "document/clsRptControl.h"
 #include "entry/Prompts.h"
 
-#include <QDir>
 #include <QFile>
-#include <QImage>
-#include <QTemporaryDir>
 #include <QtTest>
-
-namespace {
-
-
-
-} // namespace
 
 class TestDocument : public QObject {
     Q_OBJECT

@@ -38,16 +38,9 @@ RdfReport validReport()
     r.header.detailFieldList = QStringLiteral(",ListNum,");
     r.header.autoFillId = QStringLiteral("12345");
     for (int i = 0; i < 6; ++i) {
-        RdfItem it;
-        it.kind = quint8(1 + i % 5);
-        it.name = QStringLiteral("Item%1").arg(i);
-        it.text = QString::fromUtf8("Prix € %1").arg(i);
-        it.fontName = QStringLiteral("Arial");
-        it.fontSize = 10;
-        it.top = float(100 * i);
-        it.width = 1000;
-        it.height = 240;
-        it.formatOrFile = QString::number(i % 2);
+        const RdfItem it{.kind = quint8(1 + i % 5), .name = QStringLiteral("Item%1").arg(i), .dataField = {},
+                         .fontName = QStringLiteral("Arial"), .fontSize = 10, .text = QString::fromUtf8("Prix € %1").arg(i),
+                         .top = float(100 * i), .height = 240, .width = 1000, .formatOrFile = QString::number(i % 2)};
         r.items.push_back(it);
     }
     r.pictures = {QByteArray(300, 'p'), QByteArray(50, 'q')};

@@ -1,7 +1,7 @@
 #include "document/RdfFile.h"
 #include "document/VbPrint.h"
+#include "support_bytes.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -18,7 +18,6 @@ private slots:
         QTest::newRow("negative integer") << -32768.0 << false << "-32768";
         QTest::newRow("zero") << 0.0 << true << " 0";
         QTest::newRow("negative zero") << -0.0 << true << " 0";
-        QTest::newRow("colour") << 16777215.0 << false << " 16777215";
         QTest::newRow("largest long") << 2147483647.0 << false << " 2147483647";
         QTest::newRow("single fraction") << 12.5 << true << " 12.5";
         QTest::newRow("no zero before the point") << 0.25 << true << " .25";
@@ -37,7 +36,6 @@ private slots:
         QTest::newRow("small exponent") << 0.00001 << false << " 1E-05";
         QTest::newRow("small single") << -1.5e-7 << true << "-1.5E-07";
         QTest::newRow("three exponent digits") << 1e100 << false << " 1E+100";
-        QTest::newRow("twips") << 1440.5 << true << " 1440.5";
     }
     void numbers()
     {
@@ -80,15 +78,12 @@ private slots:
         old.write(older);
         old.close();
         QVERIFY(!VbPrintWriter().SaveFile(path));
-        QVERIFY(old.open(QIODevice::ReadOnly));
-        QCOMPARE(old.readAll(), older); // an empty dump leaves an existing file alone
-        old.close();
+        QCOMPARE(FileBytes(path), older); // an empty dump leaves an existing file alone
 
         VbPrintWriter w;
         w.Line("Report MyReport");
         QVERIFY(w.SaveFile(path));
-        QVERIFY(old.open(QIODevice::ReadOnly));
-        QCOMPARE(old.readAll(), QByteArray("Report MyReport\r\n"));
+        QCOMPARE(FileBytes(path), QByteArray("Report MyReport\r\n"));
 
         try {
             w.SaveFile(dir.filePath("missing/dump.txt"));

@@ -13,37 +13,27 @@
 namespace {
 
 // Windows that record what the entry does with them.
-struct Log {
-    QStringList events;
-};
-
-class TestDesign : public DesignWindow {
+template <class Base>
+class Recorded : public Base {
 public:
-    TestDesign(Log& l) : log(l), widget(new QWidget) {}
-    ~TestDesign() override { delete widget; }
+    Recorded(QStringList& l, const QString& n) : log(l), name(n), widget(new QWidget) {}
+    ~Recorded() override { delete widget; }
     QWidget* Widget() override { return widget; }
-    void Unload() override { log.events << "design unload"; delete widget; widget = nullptr; }
-    void Init(int job, int kind, bool fields) override
-    {
-        log.events << QStringLiteral("design init %1 %2 %3 help=%4 visible=%5")
-                          .arg(job).arg(kind).arg(fields).arg(ComponentHelpFile()).arg(widget->isVisible());
-    }
-    Log& log;
+    void Unload() override { log << name + " unload"; delete widget; widget = nullptr; }
+    QString shown() const { return QStringLiteral("help=%1 visible=%2").arg(ComponentHelpFile()).arg(widget->isVisible()); }
+    QStringList& log;
+    QString name;
     QWidget* widget;
 };
 
-class TestFlyers : public FlyerWindow {
-public:
-    TestFlyers(Log& l) : log(l), widget(new QWidget) {}
-    ~TestFlyers() override { delete widget; }
-    QWidget* Widget() override { return widget; }
-    void Unload() override { log.events << "flyers unload"; delete widget; widget = nullptr; }
-    void Init(int job) override
-    {
-        log.events << QStringLiteral("flyers init %1 help=%2 visible=%3").arg(job).arg(ComponentHelpFile()).arg(widget->isVisible());
-    }
-    Log& log;
-    QWidget* widget;
+struct TestDesign : Recorded<DesignWindow> {
+    explicit TestDesign(QStringList& l) : Recorded(l, QStringLiteral("design")) {}
+    void Init(int job, int kind, bool fields) override { log << QStringLiteral("design init %1 %2 %3 ").arg(job).arg(kind).arg(fields) + shown(); }
+};
+
+struct TestFlyers : Recorded<FlyerWindow> {
+    explicit TestFlyers(QStringList& l) : Recorded(l, QStringLiteral("flyers")) {}
+    void Init(int job) override { log << QStringLiteral("flyers init %1 ").arg(job) + shown(); }
 };
 
 } // namespace
@@ -51,31 +41,33 @@ public:
 class TestEntry : public QObject {
     Q_OBJECT
 
-    Log log;
+    QStringList log;
     std::vector<std::unique_ptr<ComponentWindow>> made;
 
 private slots:
     void init()
     {
-        log.events.clear();
+        log.clear();
         made.clear();
-        SetDesignWindowFactory([this] { auto* w = new TestDesign(log); made.emplace_back(w); log.events << "design created"; return w; });
-        SetFlyerWindowFactory([this] { auto* w = new TestFlyers(log); made.emplace_back(w); log.events << "flyers created"; return w; });
+        SetDesignWindowFactory([this] { auto* w = new TestDesign(log); made.emplace_back(w); log << "design created"; return w; });
+        SetFlyerWindowFactory([this] { auto* w = new TestFlyers(log); made.emplace_back(w); log << "flyers created"; return w; });
     }
 
     void startDispatch_data()
     {
         QTest::addColumn<QVariant>("sw");
         QTest::addColumn<QStringList>("expected");
-        const QString help = QStringLiteral("/help/pagewright.chm");
-        QTest::newRow("flyers") << QVariant(2) << QStringList{"flyers created", "flyers init 7 help=" + help + " visible=0"};
-        QTest::newRow("listings") << QVariant(1) << QStringList{"design created", "design init 7 1 1 help=" + help + " visible=1"};
-        QTest::newRow("rental") << QVariant(6) << QStringList{"design created", "design init 7 6 1 help=" + help + " visible=1"};
-        QTest::newRow("zero") << QVariant(0) << QStringList{"design created", "design init 7 0 1 help=" + help + " visible=1"};
-        QTest::newRow("seven") << QVariant(7) << QStringList{"design created", "design init 7 7 1 help=" + help + " visible=1"};
-        QTest::newRow("text two") << QVariant(QStringLiteral("2")) << QStringList{"flyers created", "flyers init 7 help=" + help + " visible=0"};
-        QTest::newRow("not numeric") << QVariant(QStringLiteral("x")) << QStringList{"design created", "design init 7 0 1 help=" + help + " visible=1"};
-        QTest::newRow("missing") << QVariant() << QStringList{"design created", "design init 7 0 1 help=" + help + " visible=1"};
+        const QString shown = QStringLiteral(" help=/help/pagewright.chm visible=");
+        const QStringList flyers{"flyers created", "flyers init 7" + shown + "0"};
+        auto design = [&](int kind) { return QStringList{"design created", QStringLiteral("design init 7 %1 1").arg(kind) + shown + "1"}; };
+        QTest::newRow("flyers") << QVariant(2) << flyers;
+        QTest::newRow("text two") << QVariant(QStringLiteral("2")) << flyers;
+        QTest::newRow("listings") << QVariant(1) << design(1);
+        QTest::newRow("rental") << QVariant(6) << design(6);
+        QTest::newRow("zero") << QVariant(0) << design(0);
+        QTest::newRow("seven") << QVariant(7) << design(7);
+        QTest::newRow("not numeric") << QVariant(QStringLiteral("x")) << design(0);
+        QTest::newRow("missing") << QVariant() << design(0);
     }
     void startDispatch()
     {
@@ -86,7 +78,7 @@ private slots:
         clsReportDesign rd;
         int job = 7;
         rd.Start(&host, job);
-        QCOMPARE(log.events, expected);
+        QCOMPARE(log, expected);
         QCOMPARE(gHost, static_cast<TervaneCommon*>(&host));
         // The help file is asked before the main form is read.
         QCOMPARE(host.calls.mid(0, 2), (QStringList{"HelpFile", "MainForm"}));
@@ -99,21 +91,21 @@ private slots:
         FakeHost host;
         clsReportDesign rd;
         rd.UnloadObj(); // nothing open: nothing happens
-        QVERIFY(log.events.isEmpty());
+        QVERIFY(log.isEmpty());
 
         host.form.sw = 2;
         int job = 1;
         rd.Start(&host, job);
         host.form.sw = 1;
         rd.Start(&host, job);
-        log.events.clear();
+        log.clear();
         rd.UnloadObj();
-        QCOMPARE(log.events, QStringList{"design unload"});
+        QCOMPARE(log, QStringList{"design unload"});
         QVERIFY(rd.FlyerForm() != nullptr);
         rd.UnloadObj();
-        QCOMPARE(log.events, (QStringList{"design unload", "flyers unload"}));
+        QCOMPARE(log, (QStringList{"design unload", "flyers unload"}));
         rd.UnloadObj();
-        QCOMPARE(log.events.size(), 2);
+        QCOMPARE(log.size(), 2);
     }
 
     void unloadAfterWindowClosedItself()
@@ -127,9 +119,9 @@ private slots:
         delete d->widget; // the window went away on its own
         d->widget = nullptr;
         QVERIFY(rd.DesignForm() == nullptr);
-        log.events.clear();
+        log.clear();
         rd.UnloadObj();
-        QVERIFY(log.events.isEmpty());
+        QVERIFY(log.isEmpty());
     }
 
     void hostFailurePropagates()

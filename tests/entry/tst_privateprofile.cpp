@@ -26,11 +26,12 @@ private slots:
     {
         QTemporaryDir dir;
         const QString ini = dir.filePath("User.ini");
-        writeFile(ini, "; host settings\r\n[Host]\r\nGrid=1,1\r\n[PAGEWRIGHT]\r\n  grid = 0,120  \r\nTitle=\"quoted value\"\r\n;Pagelength=9\r\n");
+        writeFile(ini, "; host settings\r\n[Host]\r\nGrid=1,1\r\n[PAGEWRIGHT]\r\n  grid = 0,120  \r\nTitle=\"quoted value\"\r\n;Pagelength=9\r\nName=Caf\xe9 \x80\r\n");
         QCOMPARE(PrivateProfile::GetString(S, "Grid", "60,60", ini), QString("0,120"));
         QCOMPARE(PrivateProfile::GetString(S, "GRID", "60,60", ini), QString("0,120"));
         QCOMPARE(PrivateProfile::GetString("host", "grid", "x", ini), QString("1,1"));
         QCOMPARE(PrivateProfile::GetString(S, "Title", "", ini), QString("quoted value"));
+        QCOMPARE(PrivateProfile::GetString(S, "Name", "", ini), QString::fromUtf8("Café €"));
         // A commented-out key is absent.
         QCOMPARE(PrivateProfile::GetString(S, "Pagelength", "14", ini), QString("14"));
         QCOMPARE(PrivateProfile::GetString("Missing", "Grid", "60,60", ini), QString("60,60"));
@@ -58,51 +59,38 @@ private slots:
         expected.replace("   Grid   =   60,60   ; old", "grid=0,120");
         QCOMPARE(readFile(ini), expected);
         QCOMPARE(PrivateProfile::GetString("Other", "Grid", "", ini), QString("5"));
-    }
-
-    void writeAddsKeyAfterSectionContent()
-    {
-        QTemporaryDir dir;
-        const QString ini = dir.filePath("User.ini");
-        writeFile(ini, "[Pagewright]\nPagelength=14\n\n[Other]\nA=1");
-        QVERIFY(PrivateProfile::WriteString(S, "Grid", "60,60", ini));
-        QCOMPARE(readFile(ini), QByteArray("[Pagewright]\nPagelength=14\nGrid=60,60\n\n[Other]\nA=1"));
-    }
-
-    void writeAddsSectionAtEndKeepingLineEnds()
-    {
-        QTemporaryDir dir;
-        const QString ini = dir.filePath("User.ini");
-        writeFile(ini, "[Host]\r\nA=1"); // no line end on the last line
-        QVERIFY(PrivateProfile::WriteString(S, "Grid", "60,60", ini));
-        QCOMPARE(readFile(ini), QByteArray("[Host]\r\nA=1\r\n[Pagewright]\r\nGrid=60,60\r\n"));
-    }
-
-    void writeCreatesMissingFile()
-    {
-        QTemporaryDir dir;
-        const QString ini = dir.filePath("User.ini");
-        QVERIFY(PrivateProfile::WriteString(S, "Grid", "60,60", ini));
-        QCOMPARE(readFile(ini), QByteArray("[Pagewright]\r\nGrid=60,60\r\n"));
-        QVERIFY(PrivateProfile::WriteString(S, "Grid", "120,120", ini));
-        QCOMPARE(PrivateProfile::GetString(S, "Grid", "", ini), QString("120,120"));
-        QCOMPARE(readFile(ini), QByteArray("[Pagewright]\r\nGrid=120,120\r\n"));
-    }
-
-    void writeIntoMissingFolderFailsCleanly()
-    {
-        QTemporaryDir dir;
         QVERIFY(!PrivateProfile::WriteString(S, "Grid", "1", dir.filePath("no/such/User.ini")));
     }
 
-    void windows1252RoundTrip()
+    void writes_data()
     {
+        QTest::addColumn<QByteArray>("before"); // null: no file yet
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("key after the section's content") << QByteArray("[Pagewright]\nPagelength=14\n\n[Other]\nA=1") << "Grid" << "60,60"
+                                                         << QByteArray("[Pagewright]\nPagelength=14\nGrid=60,60\n\n[Other]\nA=1");
+        QTest::newRow("new section at the end, no last line end") << QByteArray("[Host]\r\nA=1") << "Grid" << "60,60"
+                                                                  << QByteArray("[Host]\r\nA=1\r\n[Pagewright]\r\nGrid=60,60\r\n");
+        QTest::newRow("missing file") << QByteArray() << "Grid" << "60,60" << QByteArray("[Pagewright]\r\nGrid=60,60\r\n");
+        QTest::newRow("value replaced") << QByteArray("[Pagewright]\r\nGrid=60,60\r\n") << "Grid" << "120,120"
+                                        << QByteArray("[Pagewright]\r\nGrid=120,120\r\n");
+        QTest::newRow("Windows-1252") << QByteArray("[Pagewright]\r\nName=Caf\xe9 \x80\r\n") << "Owner" << QString::fromUtf8("Zoë")
+                                      << QByteArray("[Pagewright]\r\nName=Caf\xe9 \x80\r\nOwner=Zo\xeb\r\n");
+    }
+    void writes()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(QByteArray, after);
         QTemporaryDir dir;
         const QString ini = dir.filePath("User.ini");
-        writeFile(ini, "[Pagewright]\r\nName=Caf\xe9 \x80\r\n");
-        QCOMPARE(PrivateProfile::GetString(S, "Name", "", ini), QString::fromUtf8("Café €"));
-        QVERIFY(PrivateProfile::WriteString(S, "Owner", QString::fromUtf8("Zoë"), ini));
-        QCOMPARE(readFile(ini), QByteArray("[Pagewright]\r\nName=Caf\xe9 \x80\r\nOwner=Zo\xeb\r\n"));
+        if (!before.isNull())
+            writeFile(ini, before);
+        QVERIFY(PrivateProfile::WriteString(S, key, value, ini));
+        QCOMPARE(readFile(ini), after);
+        QCOMPARE(PrivateProfile::GetString(S, key, "", ini), value);
     }
 };
 

@@ -46,11 +46,7 @@ private slots:
         const QString dir = SmallDemoFolder();
         QCOMPARE(m_host->UserName(), QStringLiteral("JCarter"));
         QCOMPARE(m_host->AgentId(), QStringLiteral("A1001"));
-        QCOMPARE(m_host->OfficeId(), QStringLiteral("OF01"));
-        QCOMPARE(m_host->UserLevel(), 100);
         QCOMPARE(m_host->StatusList(), QStringLiteral("2005,2006"));
-        QCOMPARE(m_host->AccessKey(), QStringLiteral("2"));
-        QCOMPARE(m_host->BoardId(), 1);
         const QString hostDir = QString(dir).replace(QLatin1Char('/'), QLatin1Char('\\'));
         QCOMPARE(m_host->AppPath(), hostDir + QLatin1Char('\\'));
         QCOMPARE(m_host->DataPath(), hostDir);
@@ -66,10 +62,8 @@ private slots:
             QVERIFY2(QFileInfo(flyers).isDir(), qPrintable(flyers));
             QVERIFY(QDir(flyers).isEmpty());
         }
-        QVERIFY(QFileInfo::exists(dir + QStringLiteral("/Graphics/Carter, Jordan.jpg")));
-        QVERIFY(QFileInfo::exists(dir + QStringLiteral("/Graphics/JCarter.jpg")));
-        QVERIFY(QFileInfo::exists(dir + QStringLiteral("/Graphics/OF01.jpg")));
-        QVERIFY(QFileInfo::exists(dir + QStringLiteral("/Graphics/OF02.bmp")));
+        for (const char* picture : {"Carter, Jordan.jpg", "JCarter.jpg", "OF01.jpg", "OF02.bmp"})
+            QVERIFY2(QFileInfo::exists(dir + QStringLiteral("/Graphics/") + QLatin1String(picture)), picture);
     }
 
     void openUnpreparedFolder()
@@ -84,6 +78,8 @@ private slots:
         }
         QVERIFY(!DemoDataExists(empty.path()));
         QVERIFY(DemoDataExists(SmallDemoFolder()));
+        QVERIFY_THROWS_EXCEPTION(HostError, GenerateDemoData(empty.path(), 0));
+        QVERIFY(!DemoDataExists(empty.path()));
     }
 
     void resolveDataFolder()
@@ -171,40 +167,34 @@ private slots:
             "TaxOwnerName as OwnerName FROM TaxRolls Where TaxOwnerName = 'O''Neil';"));
         QCOMPARE(rs->Columns(), QStringList({"SelectedId", "StreetNumber", "StreetDirection", "StreetName", "OwnerName"}));
         QCOMPARE(rs->RecordCount(), 1);
-        QCOMPARE(rs->Fields(QStringLiteral("OwnerName")).toString(), QStringLiteral("O'Neil"));
         QCOMPARE(rs->Fields(QStringLiteral("SelectedId")).typeId(), int(QMetaType::QString));
     }
 
-    // What the data view composes: expression columns, the photo join and the status filter.
-    void dataViewStatement()
+    // The catalogue's expressions on a known listing, with the tokens the data view replaces.
+    void expressionFieldValues()
     {
         auto d = m_host->NewFieldDictionary(1);
-        QString columns = QStringLiteral("ListNum,ListPrice,LstStatus,");
+        QStringList columns;
         for (const char* name : {"ListAgentName", "SaleAgentName", "MyListing", "AgentRemarks", "FullAddress"}) {
             d->SelectFieldByName(QLatin1String(name));
-            columns += d->FieldExpression() + QStringLiteral(" AS ") + QLatin1String(name) + QLatin1Char(',');
+            columns << d->FieldExpression() + QStringLiteral(" AS ") + QLatin1String(name);
         }
-        columns += QStringLiteral("PhotoVersion");
-        QString sql = QStringLiteral("SELECT %1 FROM %2 LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum WHERE %3 = %4 AND CLng(LstStatus) NOT IN (%5);")
-                          .arg(columns, d->TableName(), d->KeyField(), QStringLiteral("240001"), m_host->StatusList());
+        QString sql = QStringLiteral("SELECT %1 FROM Listings WHERE ListNum = 240001;").arg(columns.join(QLatin1Char(',')));
         sql.replace(QLatin1String("'~AccessKey~'"), m_host->AccessKey());
         sql.replace(QLatin1String("'~UserId~'"), QLatin1Char('\'') + m_host->AgentId() + QLatin1Char('\''));
         auto rs = m_host->Database().OpenRecordset(1, sql);
-        QCOMPARE(rs->RecordCount(), 1);
-        QCOMPARE(rs->Fields(QStringLiteral("ListNum")).toLongLong(), 240001LL);
-        QCOMPARE(rs->Fields(QStringLiteral("LstStatus")).toString(), QStringLiteral("2001"));
         QCOMPARE(rs->Fields(QStringLiteral("ListAgentName")).toString(), QStringLiteral("Carter, Jordan"));
         QVERIFY(rs->IsNull(QStringLiteral("SaleAgentName"))); // active: no sale agent
         QCOMPARE(rs->Fields(QStringLiteral("MyListing")).toString(), QStringLiteral("Yes"));
         QVERIFY(rs->Fields(QStringLiteral("AgentRemarks")).toString().startsWith(QLatin1String("Showing: call Jordan.")));
-        QVERIFY(!rs->IsNull(QStringLiteral("PhotoVersion")));
         auto raw = m_host->Sqlite().RunNative(QStringLiteral("SELECT StreetNumber, StreetDirection, StreetName FROM Listings WHERE ListNum = 240001"));
         const QString dir = raw->Fields(1).isNull() ? QString() : raw->Fields(1).toString() + QLatin1Char(' ');
         QCOMPARE(rs->Fields(QStringLiteral("FullAddress")).toString(), raw->Fields(0).toString() + QLatin1Char(' ') + dir + raw->Fields(2).toString());
 
         // Every fifth listing has no Photo row: the join gives Null.
-        QCOMPARE(run(QStringLiteral("SELECT ListNum, PhotoVersion FROM Listings LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum WHERE ListNum = 240005;")),
-                 QStringList{QStringLiteral("240005|<Null>")});
+        QCOMPARE(run(QStringLiteral("SELECT ListNum, PhotoVersion FROM Listings LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum"
+                                    " WHERE ListNum IN (240001, 240005) AND CLng(LstStatus) NOT IN (2005,2006) ORDER BY ListNum;")),
+                 QStringList({"240001|V2", "240005|<Null>"}));
         QCOMPARE(run(QStringLiteral("SELECT Listnum, PhotoVersion FROM Rentals LEFT JOIN Photo ON Rentals.Listnum = Photo.PhoListnum WHERE Listnum = 500001;"), 5),
                  QStringList{QStringLiteral("500001|V1")});
     }
@@ -267,8 +257,6 @@ private slots:
 
         HostMainForm& form = m_host->MainForm();
         QVERIFY(!form.Switch().isValid());
-        form.SetSwitch(2);
-        QCOMPARE(form.Switch().toInt(), 2);
         QCOMPARE(form.Window(), nullptr);
         auto* w = new QWidget;
         m_host->MainForm().SetWindow(w);
@@ -300,13 +288,6 @@ private slots:
         SqliteDatabase db(a.filePath(QStringLiteral("pagewright.db")));
         QCOMPARE(RowsOf(*db.RunNative(QStringLiteral("SELECT Count(*) FROM Listings"))), QStringList{QStringLiteral("20")});
         QVERIFY(!QFileInfo::exists(a.filePath(QStringLiteral("Photos/240022_1.jpg"))));
-    }
-
-    void badCounts()
-    {
-        QTemporaryDir a;
-        QVERIFY_THROWS_EXCEPTION(HostError, GenerateDemoData(a.path(), 0));
-        QVERIFY(!DemoDataExists(a.path()));
     }
 };
 

@@ -19,33 +19,15 @@ class TestDictionary : public QObject {
 private slots:
     void initTestCase() { m_host = EmbeddedHost::Open(SmallDemoFolder()); }
 
-    void kinds_data()
+    // Table and key names of every kind are proven by everyFieldRuns; SQLite ignores the case of
+    // names, so the rentals key's spelling (the photo join depends on it) is checked here.
+    void kindsAndUnknownNames()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("version");
-        QTest::newRow("listings") << 1 << "Listings" << "ListNum" << 3;
-        QTest::newRow("tax rolls") << 2 << "TaxRolls" << "TaxId" << 1;
-        QTest::newRow("offices") << 3 << "Office" << "OffOfficeId" << 1;
-        QTest::newRow("members") << 4 << "Members" << "MemberId" << 1;
-        QTest::newRow("rentals") << 5 << "Rentals" << "Listnum" << 2;
-    }
-    void kinds()
-    {
-        QFETCH(int, kind);
-        QFETCH(QString, table);
-        QFETCH(QString, key);
-        QFETCH(int, version);
-        auto d = m_host->NewFieldDictionary(kind);
-        QCOMPARE(d->DatabaseKind(), kind);
-        QCOMPARE(d->TableName(), table);
-        QCOMPARE(d->KeyField(), key);
-        QCOMPARE(int(d->Version()), version);
-    }
-
-    void unknownKindAndField()
-    {
+        auto rentals = m_host->NewFieldDictionary(5);
+        QCOMPARE(rentals->DatabaseKind(), 5);
+        QCOMPARE(rentals->KeyField(), QStringLiteral("Listnum"));
+        QCOMPARE(int(rentals->Version()), 2);
+        QCOMPARE(int(m_host->NewFieldDictionary(1)->Version()), 3);
         try {
             m_host->NewFieldDictionary(9);
             QFAIL("kind 9 was accepted");
@@ -55,12 +37,7 @@ private slots:
         auto d = m_host->NewFieldDictionary(1);
         QVERIFY_THROWS_EXCEPTION(HostError, d->FieldName()); // nothing selected yet
         d->SelectField(2);
-        try {
-            d->SelectField(999);
-            QFAIL("field 999 was accepted");
-        } catch (const HostError& e) {
-            QCOMPARE(e.Number(), HostErr::NoSuchField);
-        }
+        QVERIFY_THROWS_EXCEPTION(HostError, d->SelectField(999));
         QCOMPARE(d->FieldColumnName(), QStringLiteral("ListPrice")); // a failed select keeps the current field
         QVERIFY_THROWS_EXCEPTION(HostError, d->SelectFieldByName(QStringLiteral("NoSuchColumn")));
     }

@@ -186,16 +186,10 @@ private slots:
     }
 
     // Number text that is not quite a number stays text.
-    void nearlyNumbersStayText_data()
-    {
-        QTest::addColumn<QString>("text");
-        for (const char* t : {"1.2.3", "12abc", "--5", "1e", "$", "()", "1 2", ",5", "1e999", "0x10", "5%"})
-            QTest::newRow(t) << QString::fromLatin1(t);
-    }
     void nearlyNumbersStayText()
     {
-        QFETCH(QString, text);
-        QCOMPARE(Format(text, QStringLiteral("0.00")), text);
+        for (const char* t : {"1.2.3", "12abc", "--5", "1e", "$", "()", "1 2", ",5", "1e999", "0x10", "5%"})
+            QCOMPARE(Format(QString::fromLatin1(t), QStringLiteral("0.00")), QString::fromLatin1(t));
     }
 };
 
