@@ -82,6 +82,7 @@ frmPagewright::frmPagewright(QWidget* parent)
     m_page->View()->viewport()->installEventFilter(this);
 
     connect(m_bar, &CommandBar::triggered, this, &frmPagewright::ToolClick);
+    connect(m_bar, &CommandBar::comboChanged, this, &frmPagewright::ComboChange);
     connect(m_page, &DesignPage::pageMouseDown, this, &frmPagewright::PageMouseDown);
     connect(m_page, &DesignPage::pageMouseMove, this, &frmPagewright::PageMouseMove);
     connect(m_page, &DesignPage::pageMouseUp, this, &frmPagewright::PageMouseUp);
@@ -99,9 +100,17 @@ frmPagewright::~frmPagewright()
     delete m_vGuide;
 }
 
+static QStringList PaletteTools()
+{
+    QStringList names;
+    for (int i = 0; i < 16; ++i)
+        names << QStringLiteral("cpColor%1").arg(i);
+    return names;
+}
+
 QStringList frmPagewright::ImplementedTools()
 {
-    return {QStringLiteral("new"), QStringLiteral("Open"), QStringLiteral("miSave"), QStringLiteral("miSaveAs"),
+    return QStringList{QStringLiteral("new"), QStringLiteral("Open"), QStringLiteral("miSave"), QStringLiteral("miSaveAs"),
             QStringLiteral("exit"), QStringLiteral("tbSelectObjects"), QStringLiteral("tbInsertLabel"),
             QStringLiteral("tbInsertPicture"), QStringLiteral("EmbedPhoto"), QStringLiteral("InsertLinkedPhoto"),
             QStringLiteral("tbBoundPicture"), QStringLiteral("tbInsertRectangle"), QStringLiteral("tbInsertLine"),
@@ -109,7 +118,14 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("tbSubReport"), QStringLiteral("miInsertFile"), QStringLiteral("miSelectByArea"),
             QStringLiteral("miDeleteObject"), QStringLiteral("miCut"), QStringLiteral("miCopy"),
             QStringLiteral("miPaste"), QStringLiteral("miSendtoFront"), QStringLiteral("miSendtoBack"),
-            QStringLiteral("miPageHeader"), QStringLiteral("miFieldList")};
+            QStringLiteral("miPageHeader"), QStringLiteral("miFieldList"), QStringLiteral("fnBold"),
+            QStringLiteral("fnItalic"), QStringLiteral("fnUnderline"), QStringLiteral("fnLeft"),
+            QStringLiteral("fnCenter"), QStringLiteral("fnRight"), QStringLiteral("miEffect"),
+            QStringLiteral("miEffectFlat"), QStringLiteral("miEffectShadow"), QStringLiteral("fnFont"),
+            QStringLiteral("fnFontSize"), QStringLiteral("miObjectName"), QStringLiteral("fnForeColor"),
+            QStringLiteral("fnBackColor"), QStringLiteral("tbBorderColor"), QStringLiteral("miShowOutline"),
+            QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView")}
+           + PaletteTools();
 }
 
 void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
@@ -153,7 +169,15 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     m_sel->SetGridY(float(m_grid.y));
     m_sel->SetRulerLines(m_hGuide, m_vGuide);
     m_sel->SetPageSize(float(m_pageLength), float(m_pageLength));
-    connect(m_sel.get(), &clsResize::selectionChanged, this, [this] { m_doc->SetEdit(); });
+    connect(m_sel.get(), &clsResize::selectionChanged, this, [this] {
+        m_doc->SetEdit();
+        ShowCurrentObjectName();
+    });
+    connect(m_doc.get(), &clsRptControl::itemsChanged, this, [this] {
+        RefreshObjectNames();
+        if (m_bar->IsChecked(u"miShowOutline"))
+            ApplyOutlines();
+    });
 
     m_page->SetPageLength(m_pageLength);
     m_sel->ClearSelect();
@@ -320,6 +344,8 @@ void frmPagewright::ToolClick(const QString& toolName)
         ZOrderCommand(t == u"miSendtoFront");
     else if (t == u"miPageHeader")
         PageHeaderCommand();
+    else if (FormatCommand(t))
+        return;
     else if (t == u"miFieldList" && m_fields) {
         m_fields->show();
         m_fields->raise();

@@ -131,6 +131,14 @@ private:
     // commands (frmPagewright.cpp)
     void NewReport();
     void ExitCommand();
+    // Formatting and view tools; false when the tool is not one of them.
+    bool FormatCommand(const QString& toolName);
+    void ComboChange(const QString& toolName, const QString& text);
+    void RefreshObjectNames();
+    void ShowCurrentObjectName();
+    void ApplyOutlines();
+    void ShowTemplateView();
+    bool ShowDataView();
     void ClipboardCommand(const QString& toolName);
     void ZOrderCommand(bool toFront);
     void PageHeaderCommand();

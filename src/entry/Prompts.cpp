@@ -15,6 +15,22 @@ Prompter* g_current = nullptr;
 Prompter& Prompts() { return g_current ? *g_current : g_batch; }
 void SetPrompter(Prompter* prompter) { g_current = prompter; }
 
+namespace {
+PropertyPromptFn& PropertyPromptHandler()
+{
+    static PropertyPromptFn handler;
+    return handler;
+}
+} // namespace
+
+void SetPropertyPrompt(PropertyPromptFn prompt) { PropertyPromptHandler() = std::move(prompt); }
+
+bool PropertyPrompt(clsRptControl& document, const QString& key)
+{
+    const PropertyPromptFn& handler = PropertyPromptHandler();
+    return handler ? handler(document, key) : false;
+}
+
 int DefaultAnswer(int buttons)
 {
     const int set = buttons & 7;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -38,6 +39,14 @@ inline int MsgBox(const QString& prompt, int buttons = Mb::OKOnly, const QString
 {
     return Prompts().MsgBox(prompt, buttons, title);
 }
+
+// Asking for the record a report shows: given the document and its current key (as it stands in
+// SQL), shows the record the user chooses; true when a new record was shown or the key cleared.
+// The dialogs layer installs the real prompt; without one the answer is "cancelled".
+class clsRptControl;
+using PropertyPromptFn = std::function<bool(clsRptControl& document, const QString& key)>;
+void SetPropertyPrompt(PropertyPromptFn prompt);
+bool PropertyPrompt(clsRptControl& document, const QString& key);
 
 // The first answer a button set offers (what Enter would press): used by batch runs.
 int DefaultAnswer(int buttons);
