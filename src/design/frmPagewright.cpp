@@ -124,7 +124,8 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("miEffectFlat"), QStringLiteral("miEffectShadow"), QStringLiteral("fnFont"),
             QStringLiteral("fnFontSize"), QStringLiteral("miObjectName"), QStringLiteral("fnForeColor"),
             QStringLiteral("fnBackColor"), QStringLiteral("tbBorderColor"), QStringLiteral("miShowOutline"),
-            QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView")}
+            QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView"),
+            QStringLiteral("miSelectProperty")}
            + PaletteTools();
 }
 

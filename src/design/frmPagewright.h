@@ -139,6 +139,7 @@ private:
     void ApplyOutlines();
     void ShowTemplateView();
     bool ShowDataView();
+    void SelectPropertyCommand();
     void ClipboardCommand(const QString& toolName);
     void ZOrderCommand(bool toFront);
     void PageHeaderCommand();

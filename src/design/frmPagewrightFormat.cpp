@@ -7,6 +7,7 @@
 #include "design/DesignPage.h"
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
+#include "entry/HostError.h"
 #include "entry/Prompts.h"
 
 #include <QGraphicsItem>
@@ -56,6 +57,8 @@ bool frmPagewright::FormatCommand(const QString& t)
     } else if (t == u"miDataView") {
         if (!m_bar->IsChecked(t))
             ShowDataView();
+    } else if (t == u"miSelectProperty") {
+        SelectPropertyCommand();
     } else {
         return false;
     }
@@ -142,4 +145,23 @@ bool frmPagewright::ShowDataView()
     m_bar->SetChecked(u"miTemplateView", false);
     UpdateCaption();
     return true;
+}
+
+void frmPagewright::SelectPropertyCommand()
+{
+    if (PropertyPrompt(*m_doc, m_doc->AutoFillId) && !m_doc->AutoFillId.isEmpty()) {
+        if (m_bar->IsChecked(u"miTemplateView")) {
+            m_doc->SetView(1);
+            m_bar->SetChecked(u"miDataView", true);
+            m_bar->SetChecked(u"miTemplateView", false);
+        }
+        const BusyPointer busy(this);
+        try {
+            m_doc->RefreshData(m_doc->AutoFillId);
+        } catch (const HostError& e) {
+            MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+                   Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
+        }
+    }
+    UpdateCaption();
 }

@@ -182,6 +182,12 @@ private slots:
         Tool(*f.w, "miDataView");
         QCOMPARE(asked.size(), 2);
         QVERIFY(f.w->Document().DataView);
+
+        // Select Property always asks, with the key as it stands, and stays in data view.
+        Tool(*f.w, "miTemplateView");
+        Tool(*f.w, "miSelectProperty");
+        QCOMPARE(asked.last(), QStringLiteral("240001"));
+        QVERIFY(f.w->Document().DataView && f.w->Commands().IsChecked(u"miDataView"));
         SetPropertyPrompt(nullptr);
     }
 };
