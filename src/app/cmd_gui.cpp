@@ -3,6 +3,7 @@
 #include "Subcommands.h"
 
 #include "design/frmPagewright.h"
+#include "dialogs/frmPropertyPrompt.h"
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
 #include "entry/clsReportDesign.h"
@@ -55,6 +56,7 @@ int RunDesigner(int argc, char** argv)
     }
     host->MainForm().SetSwitch(kind);
     RegisterDesignWindow();
+    InstallDialogPrompts();
 
     clsReportDesign designer;
     int job = 1;
@@ -74,6 +76,7 @@ int RunDesigner(int argc, char** argv)
         rc = 1;
     }
     designer.UnloadObj();
+    SetPropertyPrompt(nullptr);
     SetPrompter(nullptr);
     return rc;
 }

@@ -15,6 +15,7 @@
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
 #include "properties/frmRptFields.h"
+#include "properties/frmRptProperties.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -125,7 +126,7 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("fnFontSize"), QStringLiteral("miObjectName"), QStringLiteral("fnForeColor"),
             QStringLiteral("fnBackColor"), QStringLiteral("tbBorderColor"), QStringLiteral("miShowOutline"),
             QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView"),
-            QStringLiteral("miSelectProperty")}
+            QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties")}
            + PaletteTools();
 }
 
@@ -156,7 +157,9 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
                    Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
         }
     }
-    m_doc->Init(m_dic.get(), this, nullptr);
+    if (!m_props)
+        m_props = new frmRptProperties(this);
+    m_doc->Init(m_dic.get(), this, m_props);
 
     m_bar->SetComboItems(u"fnFont", QFontDatabase::families());
     m_bar->SetComboText(u"fnFont", DefaultFont.family());
@@ -170,9 +173,12 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     m_sel->SetGridY(float(m_grid.y));
     m_sel->SetRulerLines(m_hGuide, m_vGuide);
     m_sel->SetPageSize(float(m_pageLength), float(m_pageLength));
+    m_props->Init(m_doc.get(), m_sel.get());
     connect(m_sel.get(), &clsResize::selectionChanged, this, [this] {
         m_doc->SetEdit();
         ShowCurrentObjectName();
+        if (m_props->isVisible())
+            m_props->LoadProperties();
     });
     connect(m_doc.get(), &clsRptControl::itemsChanged, this, [this] {
         RefreshObjectNames();
@@ -347,6 +353,8 @@ void frmPagewright::ToolClick(const QString& toolName)
         PageHeaderCommand();
     else if (FormatCommand(t))
         return;
+    else if (t == u"miProperties")
+        m_props->ShowProperties();
     else if (t == u"miFieldList" && m_fields) {
         m_fields->show();
         m_fields->raise();
@@ -475,6 +483,8 @@ void frmPagewright::FormUnload()
     EndTextEdit(false);
     if (m_fields)
         m_fields->Unload();
+    if (m_props)
+        m_props->Unload();
     if (m_sel)
         m_sel->ClearSelect();
 }

@@ -5,6 +5,7 @@
 // and closes reports.
 #include "design/DesignGeometry.h"
 #include "document/DesignSurface.h"
+#include "design/frmGridSetup.h"
 #include "entry/clsReportDesign.h"
 #include "properties/FieldListOwner.h"
 
@@ -22,9 +23,11 @@ class RptItemControl;
 class clsResize;
 class clsRptControl;
 class frmRptFields;
+class frmRptProperties;
 class GuideLineItem;
 
-class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface, public FieldListOwner {
+class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface, public FieldListOwner,
+                      public GridTarget {
     Q_OBJECT
 public:
     explicit frmPagewright(QWidget* parent = nullptr);
@@ -74,6 +77,7 @@ public:
     void ClearDrawing() override;
     int GridIncX() const override { return m_grid.x; }
     int GridIncY() const override { return m_grid.y; }
+    void SetGridSpacing(int x, int y) override { SetGrid({x, y}); }
     void SetMousePointer(int pointer) override;
     void SetToolText(const QString& tool, const QString& text) override;
     void SetToolChecked(const QString& tool, bool checked) override;
@@ -87,6 +91,7 @@ public:
     QLineEdit* TextEditor() const { return m_text1; }
     FieldDictionary* Dictionary() const { return m_dic.get(); }
     frmRptFields* FieldList() const { return m_fields; }
+    frmRptProperties* PropertySheet() const { return m_props; }
     int CurrentTool() const;
     int JobIndex() const { return m_jobIndex; }
     int MenuSwitch() const { return m_menuSwitch; }
@@ -155,6 +160,7 @@ private:
     std::unique_ptr<clsResize> m_sel;
     std::unique_ptr<FieldDictionary> m_dic;
     frmRptFields* m_fields = nullptr;
+    frmRptProperties* m_props = nullptr;
     GuideLineItem* m_hGuide = nullptr;
     GuideLineItem* m_vGuide = nullptr;
     QLineEdit* m_text1 = nullptr;

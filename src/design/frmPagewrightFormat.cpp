@@ -6,6 +6,7 @@
 #include "design/CommandTable.h"
 #include "design/DesignPage.h"
 #include "design/clsResize.h"
+#include "design/frmPageSetup.h"
 #include "document/clsRptControl.h"
 #include "entry/HostError.h"
 #include "entry/Prompts.h"
@@ -57,6 +58,10 @@ bool frmPagewright::FormatCommand(const QString& t)
     } else if (t == u"miDataView") {
         if (!m_bar->IsChecked(t))
             ShowDataView();
+    } else if (t == u"miPageSetup") {
+        frmPageSetup::Start(*m_doc, this);
+    } else if (t == u"miGridSetup") {
+        frmGridSetup::Start(*this, this);
     } else if (t == u"miSelectProperty") {
         SelectPropertyCommand();
     } else {
@@ -86,6 +91,7 @@ void frmPagewright::ComboChange(const QString& tool, const QString& text)
             return;
         m_doc->SetIndex(index);
         QObject* c = m_doc->Item(index).control;
+        m_doc->SetUserControl(c);
         auto* item = dynamic_cast<QGraphicsItem*>(c);
         if (item && item->isVisible()) {
             item->setFocus();

@@ -7,6 +7,7 @@
 #include "design/RptTextBox.h"
 #include "design/SectionBar.h"
 #include "design/clsResize.h"
+#include "properties/frmRptProperties.h"
 #include "document/clsRptControl.h"
 #include "entry/Host.h"
 #include "entry/Prompts.h"
@@ -216,8 +217,18 @@ void frmPagewright::ItemMouseDown(RptItemControl* item, int button, int shift, f
 {
     if (m_editItem && m_editItem != item)
         EndTextEdit(true);
-    if (button & RptItemControl::RightButton)
-        return; // the property sheet opens here once it exists
+    if (button & RptItemControl::RightButton) {
+        // The sheet shows the item under the pointer: select it first unless it already is.
+        if (!m_sel->IsSelected(item)) {
+            m_sel->ClearSelect();
+            m_sel->Select(item);
+        }
+        m_doc->SetIndex(clsRptControl::Prop(item, "Tag").toInt());
+        m_doc->SetUserControl(item);
+        m_doc->SetEdit();
+        m_props->ShowProperties();
+        return;
+    }
     m_sel->MouseDown(item, button, shift, x, y);
 }
 

@@ -143,6 +143,7 @@ private slots:
     {
         FieldsHost host;
         auto w = Open(1);
+        w->Document().DirtyFlag = false; // binding the property sheet marks a new window changed
         std::unique_ptr<QMimeData> field(frmRptFields::NewFieldMime(QStringLiteral("Taxes"), 7));
 
         QVERIFY(!DropOnPage(*w, QPointF(600, 600), field.get())); // no drag under way

@@ -30,7 +30,7 @@ private slots:
         QVERIFY(w->Page().View()->mapToScene(QPoint(0, 0)).y() <= -220);
         QCOMPARE(w->Page().ScrollPosition(), QPointF(0, 0));
         // Present but not yet carried out: disabled, never a dead button.
-        QVERIFY(!w->Commands().IsEnabled(u"miPageSetup"));
+        QVERIFY(!w->Commands().IsEnabled(u"printpreview"));
         QVERIFY(!w->Commands().IsEnabled(u"print"));
         QVERIFY(w->Commands().IsEnabled(u"miSaveAs"));
         QVERIFY(host.prompts.asked.empty());

@@ -3,8 +3,13 @@
 
 #include "design/CommandTable.h"
 #include "design/clsResize.h"
+#include "entry/PrivateProfile.h"
+#include "properties/frmRptProperties.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QSpinBox>
+#include <QTimer>
 #include <QMenu>
 
 namespace {
@@ -149,6 +154,50 @@ private slots:
         QVERIFY(f.w->Commands().IsChecked(u"miClearDataSource"));
         Tool(*f.w, "miClearDataSource");
         QVERIFY(!f.w->Document().ClearDataSource);
+    }
+
+    void propertySheetFromMenuAndRightClick()
+    {
+        Formatted f;
+        frmRptProperties* sheet = f.w->PropertySheet();
+        QVERIFY(sheet && !sheet->isVisible());
+        Tool(*f.w, "miProperties");
+        QVERIFY(sheet->isVisible());
+        sheet->hide();
+
+        // A right-click on an unselected item selects it alone and shows its properties.
+        Click(*f.w, {6000, 6000});
+        QTest::mouseClick(Viewport(*f.w), Qt::RightButton, {}, f.w->Page().ViewportPixel(Geometry(f.second).center()));
+        QVERIFY(sheet->isVisible());
+        QCOMPARE(f.w->SelObj().Count(), 1);
+        QVERIFY(f.w->SelObj().IsSelected(f.second));
+        auto* name = sheet->findChild<QLineEdit*>(QStringLiteral("txtName"));
+        QVERIFY(name);
+        QCOMPARE(name->text(), f.w->Document().Item(2).Name);
+    }
+
+    void gridAndPageSetupFromTheMenus()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        QTimer::singleShot(0, [] {
+            QWidget* d = QApplication::activeModalWidget();
+            QVERIFY(d);
+            d->findChild<QSpinBox*>(QStringLiteral("fpGridWidth"))->setValue(120);
+            QTest::keyClick(d, Qt::Key_Return);
+        });
+        Tool(*w, "miGridSetup");
+        QCOMPARE(w->GridIncX(), 120);
+        QCOMPARE(w->SelObj().GridX(), 120.0f); // the drag steps follow at once
+        QCOMPARE(w->GridIncY(), 60);
+
+        w->Document().DirtyFlag = false;
+        QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+        Tool(*w, "miPageSetup");
+        QCOMPARE(w->Document().TopMargin, 1080);
+        QVERIFY(!w->Document().DirtyFlag);
+        QVERIFY(w->close());
+        QCOMPARE(UserIni::Get(QStringLiteral("Grid"), QString()), QStringLiteral("120,60"));
     }
 
     void dataViewAsksForTheRecordFirst()

@@ -1,0 +1,89 @@
+#include "dialogs/frmListnumPrompt.h"
+
+#include "dialogs/KeyEntry.h"
+#include "dialogs/frmFindProperty.h"
+#include "entry/Host.h"
+#include "entry/Prompts.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+frmListnumPrompt::frmListnumPrompt(QWidget* parent) : QDialog(parent)
+{
+    setWindowTitle(QStringLiteral("Select Listing"));
+    lblPrompt = new QLabel(QStringLiteral("Enter Listing Number:"), this);
+    txtPropertyId = new QLineEdit(this);
+    m_keys = new NumberKeyFilter(this, false);
+    txtPropertyId->installEventFilter(m_keys);
+    cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cmdBrowse = new QPushButton(QStringLiteral("Browse ..."), this);
+    cmdOK->setDefault(true);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdBrowse);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    auto* lay = new QGridLayout(this);
+    lay->addWidget(lblPrompt, 0, 0);
+    lay->addWidget(txtPropertyId, 1, 0);
+    lay->addLayout(buttons, 2, 0);
+
+    connect(cmdOK, &QPushButton::clicked, this, &frmListnumPrompt::cmdOK_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmListnumPrompt::cmdCancel_Click);
+    connect(cmdBrowse, &QPushButton::clicked, this, &frmListnumPrompt::cmdBrowse_Click);
+}
+
+void frmListnumPrompt::Load(bool allowList)
+{
+    m_keys->SetAllowList(allowList);
+    lblPrompt->setText(allowList ? QStringLiteral("Enter Listing Numbers (separated by commas):")
+                                 : QStringLiteral("Enter Listing Number:"));
+    txtPropertyId->setFocus();
+}
+
+QString frmListnumPrompt::Text() const { return txtPropertyId->text(); }
+
+void frmListnumPrompt::cmdOK_Click()
+{
+    if (KeyEntry::IsNumeric(txtPropertyId->text())) {
+        accept();
+        return;
+    }
+    MsgBox(QStringLiteral("Invalid entry - must be numeric"), Mb::OKOnly | Mb::Critical, QStringLiteral("Input Error"));
+    txtPropertyId->setFocus();
+}
+
+void frmListnumPrompt::cmdCancel_Click() { reject(); }
+
+void frmListnumPrompt::reject()
+{
+    // Closing the prompt any way but OK answers "".
+    txtPropertyId->clear();
+    QDialog::reject();
+}
+
+void frmListnumPrompt::cmdBrowse_Click()
+{
+    if (!gHost)
+        return;
+    std::unique_ptr<FieldDictionary> dic = gHost->NewFieldDictionary(1);
+    QStringList keys;
+    if (frmFindProperty::Search(keys, *dic, FindOption::SingleSelection | FindOption::SearchAtOnce, 2, 0) > 0) {
+        txtPropertyId->setText(keys.first());
+        cmdOK_Click();
+    }
+}
+
+QString frmListnumPrompt::Display(bool allowList)
+{
+    frmListnumPrompt prompt(QApplication::activeWindow());
+    prompt.Load(allowList);
+    prompt.exec();
+    return prompt.Text();
+}
