@@ -83,7 +83,11 @@ frmPagewright::frmPagewright(QWidget* parent)
     m_page->View()->viewport()->installEventFilter(this);
 
     connect(m_bar, &CommandBar::triggered, this, &frmPagewright::ToolClick);
-    connect(m_bar, &CommandBar::comboChanged, this, &frmPagewright::ComboChange);
+    connect(m_bar, &CommandBar::comboChanged, this, [this](const QString& tool, const QString& text) {
+        ComboChange(tool, text);
+        if (m_props && m_props->isVisible())
+            m_props->LoadProperties();
+    });
     connect(m_page, &DesignPage::pageMouseDown, this, &frmPagewright::PageMouseDown);
     connect(m_page, &DesignPage::pageMouseMove, this, &frmPagewright::PageMouseMove);
     connect(m_page, &DesignPage::pageMouseUp, this, &frmPagewright::PageMouseUp);
@@ -351,10 +355,13 @@ void frmPagewright::ToolClick(const QString& toolName)
         ZOrderCommand(t == u"miSendtoFront");
     else if (t == u"miPageHeader")
         PageHeaderCommand();
-    else if (FormatCommand(t))
+    else if (FormatCommand(t)) {
+        if (m_props->isVisible())
+            m_props->LoadProperties(); // the sheet shows what the tool just changed
         return;
+    }
     else if (t == u"miProperties")
-        m_props->ShowProperties();
+        ShowPropertySheet();
     else if (t == u"miFieldList" && m_fields) {
         m_fields->show();
         m_fields->raise();

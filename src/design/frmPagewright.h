@@ -153,6 +153,7 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool PageDragEvent(QEvent* event);
     void CreateFieldList(bool show);
+    void ShowPropertySheet();
 
     CommandBar* m_bar = nullptr;
     DesignPage* m_page = nullptr;
@@ -161,6 +162,7 @@ private:
     std::unique_ptr<FieldDictionary> m_dic;
     frmRptFields* m_fields = nullptr;
     frmRptProperties* m_props = nullptr;
+    bool m_propsPlaced = false;
     GuideLineItem* m_hGuide = nullptr;
     GuideLineItem* m_vGuide = nullptr;
     QLineEdit* m_text1 = nullptr;

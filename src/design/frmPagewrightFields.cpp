@@ -8,6 +8,9 @@
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
 #include "properties/frmRptFields.h"
+#include "properties/frmRptProperties.h"
+
+#include <QScreen>
 
 #include <QDropEvent>
 #include <QFontMetricsF>
@@ -32,6 +35,23 @@ void frmPagewright::CreateFieldList(bool show)
         // Some window systems activate a new tool window regardless; the page keeps the keyboard.
         activateWindow();
     }
+}
+
+void frmPagewright::ShowPropertySheet()
+{
+    if (!m_propsPlaced) {
+        // First time: beside the field list (or the window's right edge), kept on the screen.
+        m_propsPlaced = true;
+        const int x = m_fields ? m_fields->frameGeometry().right() + 8 : geometry().right() - m_props->width();
+        QRect r(QPoint(x, geometry().top() + 60), m_props->size());
+        if (const QScreen* s = screen()) {
+            const QRect avail = s->availableGeometry();
+            r.moveRight(std::min(r.right(), avail.right()));
+            r.moveLeft(std::max(r.left(), avail.left()));
+        }
+        m_props->move(r.topLeft());
+    }
+    m_props->ShowProperties();
 }
 
 QRectF frmPagewright::FieldBand(QPointF snappedPoint, const QString& name) const

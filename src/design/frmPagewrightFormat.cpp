@@ -44,7 +44,11 @@ bool frmPagewright::FormatCommand(const QString& t)
         const quint32 colour = QBColor(n);
         switch (m_bar->PaletteTarget()) {
         case 1: m_doc->SetForeColor(colour); break;
-        case 2: m_doc->SetBackColor(colour); break;
+        case 2:
+            // A fill chosen from the palette is meant to be seen: transparent items become opaque.
+            m_doc->SetBackstyle(1);
+            m_doc->SetBackColor(colour);
+            break;
         case 3: m_doc->SetBorderColor(colour); break;
         default: break;
         }

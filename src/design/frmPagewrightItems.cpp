@@ -226,7 +226,7 @@ void frmPagewright::ItemMouseDown(RptItemControl* item, int button, int shift, f
         m_doc->SetIndex(clsRptControl::Prop(item, "Tag").toInt());
         m_doc->SetUserControl(item);
         m_doc->SetEdit();
-        m_props->ShowProperties();
+        ShowPropertySheet();
         return;
     }
     m_sel->MouseDown(item, button, shift, x, y);

@@ -107,6 +107,7 @@ private slots:
         Tool(*f.w, "cpColor12");
         QCOMPARE(f.Prop(f.box, "BackColor").toUInt(), 0x0000FFu);
         QCOMPARE(f.Prop(f.first, "BackColor").toUInt(), 0x0000FFu);
+        QCOMPARE(f.Prop(f.first, "Backstyle").toInt(), 1); // opaque, so the fill shows
         open("barForeColor");
         Tool(*f.w, "cpColor1"); // blue
         QCOMPARE(f.Prop(f.first, "ForeColor").toUInt(), 0x800000u);
