@@ -4,6 +4,7 @@
 
 #include "design/frmPagewright.h"
 #include "dialogs/frmPropertyPrompt.h"
+#include "dialogs/frmSaveRecall.h"
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
 #include "entry/clsReportDesign.h"
@@ -57,6 +58,7 @@ int RunDesigner(int argc, char** argv)
     host->MainForm().SetSwitch(kind);
     RegisterDesignWindow();
     InstallDialogPrompts();
+    InstallReportFileDialog();
 
     clsReportDesign designer;
     int job = 1;
@@ -77,6 +79,7 @@ int RunDesigner(int argc, char** argv)
     }
     designer.UnloadObj();
     SetPropertyPrompt(nullptr);
+    SetReportFileDialog(nullptr);
     SetPrompter(nullptr);
     return rc;
 }

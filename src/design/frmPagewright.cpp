@@ -333,8 +333,11 @@ void frmPagewright::ToolClick(const QString& toolName)
     const QString& t = toolName;
     if (t == u"new")
         NewReport();
-    else if (t == u"Open")
-        OpenSaveReport(false);
+    else if (t == u"Open") {
+        // Another report replaces this one: unsaved work is offered for saving first.
+        if (!QuerySaveChanges())
+            OpenSaveReport(false);
+    }
     else if (t == u"miSave") {
         if (!m_reportFile.isEmpty()) {
             SetMousePointer(11);

@@ -41,7 +41,8 @@ public:
     // --- the window's operations
     void SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId);
     // Returns false when the user cancelled or the file could not be written or read.
-    bool OpenSaveReport(bool saveMode);
+    // Open mode with a path loads that file; without one the user chooses.
+    bool OpenSaveReport(bool saveMode, const QString& path = QString());
     // True when a close is to be cancelled.
     bool QuerySaveChanges();
     void UpdateCaption();
@@ -154,6 +155,9 @@ private:
     bool PageDragEvent(QEvent* event);
     void CreateFieldList(bool show);
     void ShowPropertySheet();
+    // A report file to open or save as: the component's file dialog when one is installed,
+    // else a plain file chooser on the kind's folder. "" when cancelled.
+    QString ChooseReportFile(bool saveMode) const;
 
     CommandBar* m_bar = nullptr;
     DesignPage* m_page = nullptr;

@@ -49,14 +49,33 @@ void frmPagewright::UpdateCaption()
     setWindowTitle(caption);
 }
 
-bool frmPagewright::OpenSaveReport(bool saveMode)
+QString frmPagewright::ChooseReportFile(bool saveMode) const
 {
+    const QString caption = saveMode ? QStringLiteral("Save") : QStringLiteral("Open");
+    if (HasReportFileDialog() && gHost) {
+        // The component's own dialog: the user's folder of this kind, and the templates (for
+        // saving, only to administrators).
+        QStringList lookIns{gHost->UserName()};
+        if (!saveMode || gHost->UserLevel() == 100)
+            lookIns << QStringLiteral("Templates");
+        const auto choice = ReportFileDialog(saveMode, caption, gHost->AppPath() + m_reportsFolder, QStringLiteral("rdf"),
+                                             lookIns, QStringLiteral("*.rdf"), m_reportFile);
+        return choice ? choice->path : QString();
+    }
     const QString folder = ReportsFolderPath();
-    QString file;
     if (saveMode) {
         if (!folder.isEmpty())
             QDir().mkpath(folder);
-        file = Prompts().ChooseSaveFile(QStringLiteral("Save"), folder, ReportFilter);
+        return Prompts().ChooseSaveFile(caption, folder, ReportFilter);
+    }
+    return Prompts().ChooseOpenFile(caption, folder, ReportFilter);
+}
+
+bool frmPagewright::OpenSaveReport(bool saveMode, const QString& path)
+{
+    QString file;
+    if (saveMode) {
+        file = ChooseReportFile(true);
         if (file.isEmpty())
             return false;
         if (QFileInfo(file).suffix().isEmpty())
@@ -69,9 +88,7 @@ bool frmPagewright::OpenSaveReport(bool saveMode)
             return false;
         }
     } else {
-        file = m_reportFile;
-        if (file.isEmpty())
-            file = Prompts().ChooseOpenFile(QStringLiteral("Open"), folder, ReportFilter);
+        file = path.isEmpty() ? ChooseReportFile(false) : path;
         if (file.isEmpty())
             return false;
         try {
@@ -99,7 +116,7 @@ void frmPagewright::SetReport(const QString& pReportFile, const QString& pReport
         if (!pReportFile.isEmpty()) {
             m_reportFile = pReportFile;
             m_reportFileTitle = pReportFileTitle;
-            if (!OpenSaveReport(false)) {
+            if (!OpenSaveReport(false, pReportFile)) {
                 m_reportFile.clear();
                 m_reportFileTitle = QStringLiteral("Untitled");
             }

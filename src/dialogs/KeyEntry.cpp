@@ -4,6 +4,32 @@
 
 #include <QKeyEvent>
 #include <QRegularExpression>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+KeyPromptDialog::KeyPromptDialog(const QString& caption, QWidget* parent) : QDialog(parent)
+{
+    setWindowTitle(caption);
+    lblPrompt = new QLabel(this);
+    txtPropertyId = new QLineEdit(this);
+    cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cmdBrowse = new QPushButton(QStringLiteral("Browse ..."), this);
+    cmdOK->setDefault(true);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdBrowse);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    auto* lay = new QGridLayout(this);
+    lay->addWidget(lblPrompt, 0, 0);
+    lay->addWidget(txtPropertyId, 1, 0);
+    lay->addLayout(buttons, 2, 0);
+}
 
 bool NumberKeyFilter::eventFilter(QObject* watched, QEvent* event)
 {

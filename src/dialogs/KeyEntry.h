@@ -1,10 +1,26 @@
 #pragma once
 // What the two key prompts share: which typed keys a number box takes, when a text counts as a
 // number, and how a record key moves between its SQL form and the text the user edits.
+#include <QDialog>
 #include <QObject>
 #include <QString>
 
 class clsSQLQuote;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+// The face both key prompts share: the prompt, the key box and OK / Cancel / Browse.
+class KeyPromptDialog : public QDialog {
+public:
+    KeyPromptDialog(const QString& caption, QWidget* parent);
+
+    QLabel* lblPrompt = nullptr;
+    QLineEdit* txtPropertyId = nullptr;
+    QPushButton* cmdOK = nullptr;
+    QPushButton* cmdCancel = nullptr;
+    QPushButton* cmdBrowse = nullptr;
+};
 
 // Drops typed characters other than digits and "." (and "," when lists are allowed).
 // Backspace, Ctrl+C, Ctrl+V and keys that type nothing (arrows, Delete, Enter) pass; pasted

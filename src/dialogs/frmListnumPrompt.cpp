@@ -6,33 +6,14 @@
 #include "entry/Prompts.h"
 
 #include <QApplication>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
-frmListnumPrompt::frmListnumPrompt(QWidget* parent) : QDialog(parent)
+frmListnumPrompt::frmListnumPrompt(QWidget* parent) : KeyPromptDialog(QStringLiteral("Select Listing"), parent)
 {
-    setWindowTitle(QStringLiteral("Select Listing"));
-    lblPrompt = new QLabel(QStringLiteral("Enter Listing Number:"), this);
-    txtPropertyId = new QLineEdit(this);
     m_keys = new NumberKeyFilter(this, false);
     txtPropertyId->installEventFilter(m_keys);
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cmdBrowse = new QPushButton(QStringLiteral("Browse ..."), this);
-    cmdOK->setDefault(true);
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdBrowse);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
-    auto* lay = new QGridLayout(this);
-    lay->addWidget(lblPrompt, 0, 0);
-    lay->addWidget(txtPropertyId, 1, 0);
-    lay->addLayout(buttons, 2, 0);
 
     connect(cmdOK, &QPushButton::clicked, this, &frmListnumPrompt::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmListnumPrompt::cmdCancel_Click);

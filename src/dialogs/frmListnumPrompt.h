@@ -1,13 +1,13 @@
 #pragma once
 // Asks for a listing number (or, when lists are allowed, several separated by commas).
-#include <QDialog>
+#include "dialogs/KeyEntry.h"
 
 class NumberKeyFilter;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 
-class frmListnumPrompt : public QDialog {
+class frmListnumPrompt : public KeyPromptDialog {
     Q_OBJECT
 public:
     explicit frmListnumPrompt(QWidget* parent = nullptr);
@@ -24,11 +24,6 @@ public:
     void cmdBrowse_Click();
     void reject() override;
 
-    QLabel* lblPrompt = nullptr;
-    QLineEdit* txtPropertyId = nullptr;
-    QPushButton* cmdOK = nullptr;
-    QPushButton* cmdCancel = nullptr;
-    QPushButton* cmdBrowse = nullptr;
 
 private:
     NumberKeyFilter* m_keys = nullptr;

@@ -7,32 +7,12 @@
 #include "entry/Prompts.h"
 #include "sqltext/clsSQLQuote.h"
 
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
-frmPropertyPrompt::frmPropertyPrompt(QWidget* parent) : QDialog(parent)
+frmPropertyPrompt::frmPropertyPrompt(QWidget* parent) : KeyPromptDialog(QStringLiteral("Report Design"), parent)
 {
-    setWindowTitle(QStringLiteral("Report Design"));
-    lblPrompt = new QLabel(this);
-    txtPropertyId = new QLineEdit(this);
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cmdBrowse = new QPushButton(QStringLiteral("Browse ..."), this);
-    cmdOK->setDefault(true);
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(cmdBrowse);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
-    auto* lay = new QGridLayout(this);
-    lay->addWidget(lblPrompt, 0, 0);
-    lay->addWidget(txtPropertyId, 1, 0);
-    lay->addLayout(buttons, 2, 0);
-
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &frmPropertyPrompt::reject);
     connect(cmdBrowse, &QPushButton::clicked, this, &frmPropertyPrompt::cmdBrowse_Click);

@@ -1,7 +1,7 @@
 #pragma once
 // Asks for the key of the record a report shows (listing number, tax id, office code, agent
 // code, rental number), checks it and shows that record in the report.
-#include <QDialog>
+#include "dialogs/KeyEntry.h"
 
 class FieldDictionary;
 class QLabel;
@@ -9,7 +9,7 @@ class QLineEdit;
 class QPushButton;
 class clsRptControl;
 
-class frmPropertyPrompt : public QDialog {
+class frmPropertyPrompt : public KeyPromptDialog {
     Q_OBJECT
 public:
     explicit frmPropertyPrompt(QWidget* parent = nullptr);
@@ -27,11 +27,6 @@ public:
     void reject() override;
     bool Cancelled() const { return m_cancelled; }
 
-    QLabel* lblPrompt = nullptr;
-    QLineEdit* txtPropertyId = nullptr;
-    QPushButton* cmdOK = nullptr;
-    QPushButton* cmdCancel = nullptr;
-    QPushButton* cmdBrowse = nullptr;
 
 private:
     clsRptControl* m_doc = nullptr;

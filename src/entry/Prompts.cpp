@@ -31,6 +31,27 @@ bool PropertyPrompt(clsRptControl& document, const QString& key)
     return handler ? handler(document, key) : false;
 }
 
+namespace {
+ReportFileDialogFn& ReportFileDialogHandler()
+{
+    static ReportFileDialogFn handler;
+    return handler;
+}
+} // namespace
+
+void SetReportFileDialog(ReportFileDialogFn dialog) { ReportFileDialogHandler() = std::move(dialog); }
+bool HasReportFileDialog() { return bool(ReportFileDialogHandler()); }
+
+std::optional<ReportFileChoice> ReportFileDialog(bool saveMode, const QString& caption, const QString& folderTemplate,
+                                                 const QString& extension, const QStringList& lookIns,
+                                                 const QString& pattern, const QString& initialPath)
+{
+    const ReportFileDialogFn& handler = ReportFileDialogHandler();
+    if (!handler)
+        return std::nullopt;
+    return handler(saveMode, caption, folderTemplate, extension, lookIns, pattern, initialPath);
+}
+
 int DefaultAnswer(int buttons)
 {
     const int set = buttons & 7;

@@ -48,6 +48,26 @@ using PropertyPromptFn = std::function<bool(clsRptControl& document, const QStri
 void SetPropertyPrompt(PropertyPromptFn prompt);
 bool PropertyPrompt(clsRptControl& document, const QString& key);
 
+// The designer's own Open/Save dialog for report files. folderTemplate is a host path holding
+// "~UserName~"; each look-in name ("Templates", the user's name, ...) replaces it to give one
+// folder. extension has no dot ("rdf"), pattern lists the folder ("*.rdf"), initialPath (may be
+// empty) preselects its folder and name. nullopt when cancelled - or when no dialog is installed,
+// which HasReportFileDialog() tells apart.
+struct ReportFileChoice {
+    QString path;             // the chosen file on this file system
+    QString hostPath;         // the same as the host spells it: folder + title + "." + extension
+    QString title;            // file name without folder and extension
+    bool tableLayout = false; // the dialog's table-layout check box
+};
+using ReportFileDialogFn = std::function<std::optional<ReportFileChoice>(
+    bool saveMode, const QString& caption, const QString& folderTemplate, const QString& extension,
+    const QStringList& lookIns, const QString& pattern, const QString& initialPath)>;
+void SetReportFileDialog(ReportFileDialogFn dialog); // empty function uninstalls
+bool HasReportFileDialog();
+std::optional<ReportFileChoice> ReportFileDialog(bool saveMode, const QString& caption, const QString& folderTemplate,
+                                                 const QString& extension, const QStringList& lookIns,
+                                                 const QString& pattern, const QString& initialPath = QString());
+
 // The first answer a button set offers (what Enter would press): used by batch runs.
 int DefaultAnswer(int buttons);
 

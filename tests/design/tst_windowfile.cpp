@@ -222,6 +222,38 @@ private slots:
         QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - base.rdf"));
     }
 
+    void componentFileDialogWhenInstalled()
+    {
+        WindowTestHost host;
+        host.level = 50;
+        struct Call { bool save; QString caption, folder; QStringList lookIns; };
+        QList<Call> calls;
+        const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/flyer.rdf"));
+        QDir().mkpath(QFileInfo(file).path());
+        SetReportFileDialog([&](bool save, const QString& caption, const QString& folder, const QString& ext,
+                                const QStringList& lookIns, const QString& pattern, const QString&) {
+            calls.append({save, caption, folder, lookIns});
+            if (ext != u"rdf" || pattern != u"*.rdf")
+                return std::optional<ReportFileChoice>();
+            return std::optional<ReportFileChoice>(ReportFileChoice{file, QString(), QStringLiteral("flyer")});
+        });
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1800, 1200});
+        Tool(*w, "miSaveAs");
+        Tool(*w, "Open");
+        SetReportFileDialog(nullptr);
+        QVERIFY(QFile::exists(file));
+        QCOMPARE(w->ReportFile(), file);
+        QCOMPARE(calls.size(), 2);
+        const QString folder = host.AppPath() + QStringLiteral("Users\\~UserName~\\Reports\\Listings\\");
+        QCOMPARE(calls[0].caption, QStringLiteral("Save"));
+        QCOMPARE(calls[0].folder, folder);
+        QCOMPARE(calls[0].lookIns, QStringList{QStringLiteral("tester")}); // templates only for level 100
+        QCOMPARE(calls[1].caption, QStringLiteral("Open"));
+        QCOMPARE(calls[1].lookIns, QStringList({QStringLiteral("tester"), QStringLiteral("Templates")}));
+        QVERIFY(host.prompts.fileTitles.isEmpty()); // the plain chooser was never shown
+    }
+
     void unreadableFileReportsAndKeepsReport()
     {
         WindowTestHost host;
@@ -234,12 +266,14 @@ private slots:
         auto w = Open();
         Draw(*w, "tbInsertRectangle", {600, 600}, {1200, 1200});
         host.prompts.files.push_back(bad);
+        host.prompts.answers.push_back(Mb::No); // the unsaved box is offered for saving first
         Tool(*w, "Open");
-        QCOMPARE(host.prompts.asked.size(), size_t(1));
-        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Report Designer File error"));
-        QCOMPARE(host.prompts.asked[0].buttons, Mb::OKOnly | Mb::Critical);
-        QVERIFY(host.prompts.asked[0].prompt.startsWith(QStringLiteral("Error: ")));
-        QVERIFY(host.prompts.asked[0].prompt.endsWith(QStringLiteral("\nFile: ") + bad));
+        QCOMPARE(host.prompts.asked.size(), size_t(2));
+        QCOMPARE(host.prompts.asked[0].prompt, QStringLiteral("Do you wish to save your changes?"));
+        QCOMPARE(host.prompts.asked[1].title, QStringLiteral("Report Designer File error"));
+        QCOMPARE(host.prompts.asked[1].buttons, Mb::OKOnly | Mb::Critical);
+        QVERIFY(host.prompts.asked[1].prompt.startsWith(QStringLiteral("Error: ")));
+        QVERIFY(host.prompts.asked[1].prompt.endsWith(QStringLiteral("\nFile: ") + bad));
         QCOMPARE(w->Document().RptItemCount(), 1);
         QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
     }
