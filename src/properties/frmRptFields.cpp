@@ -22,7 +22,7 @@ constexpr int ListingDatabase = 1;
 const QString frmRptFields::MimeType = QStringLiteral("application/x-pagewright-field");
 
 frmRptFields::frmRptFields(QWidget* parent)
-    : QWidget(parent, Qt::Tool)
+    : HostToolWindow(parent)
 {
     setObjectName(QStringLiteral("frmRptFields"));
     setWindowTitle(QStringLiteral("Available Fields"));
@@ -56,12 +56,7 @@ void frmRptFields::Init(FieldDictionary* dictionary, FieldListOwner* owner)
 {
     m_dic = dictionary;
     m_owner = owner;
-    if (gHost) {
-        AppEvents* events = &gHost->AppEvents();
-        disconnect(events, nullptr, this, nullptr);
-        connect(events, &AppEvents::MinimizedChanged, this, &frmRptFields::MinimizedChanged);
-        connect(events, &AppEvents::UnloadForm, this, &frmRptFields::Unload);
-    }
+    AttachHostEvents();
     BuildTabs();
 }
 
@@ -237,40 +232,5 @@ bool frmRptFields::eventFilter(QObject* watched, QEvent* event)
 
 // ---------------------------------------------------------------- window life
 
-void frmRptFields::closeEvent(QCloseEvent* event)
-{
-    if (m_unloading) {
-        event->accept();
-        return;
-    }
-    // A tool window: closing it from its title bar only puts it away.
-    event->ignore();
-    hide();
-}
 
-void frmRptFields::Unload()
-{
-    if (m_unloading)
-        return;
-    m_unloading = true;
-    if (gHost)
-        disconnect(&gHost->AppEvents(), nullptr, this, nullptr);
-    close();
-}
 
-void frmRptFields::MinimizedChanged(bool minimized)
-{
-    if (m_unloading)
-        return;
-    if (minimized) {
-        // A second "minimised" must not overwrite what the window looked like before the first.
-        if (!m_minimized)
-            m_visibleBeforeMinimize = isVisible();
-        m_minimized = true;
-        hide();
-    } else {
-        if (m_minimized)
-            setVisible(m_visibleBeforeMinimize);
-        m_minimized = false;
-    }
-}

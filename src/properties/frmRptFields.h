@@ -1,7 +1,7 @@
 #pragma once
 // The "Available Fields" tool window: the report kind's fields, grouped by tabs, from which the
 // user drags data fields onto the design page (or presses Enter to add one).
-#include <QWidget>
+#include "properties/HostToolWindow.h"
 #include <functional>
 
 class FieldDictionary;
@@ -11,7 +11,7 @@ class QListWidget;
 class QMimeData;
 class QTabBar;
 
-class frmRptFields : public QWidget {
+class frmRptFields : public HostToolWindow {
     Q_OBJECT
 public:
     // A top-level tool window owned by `parent` (the design window).
@@ -29,10 +29,6 @@ public:
     QTabBar* TypeTabs() const { return m_tabs; }
     QListWidget* FieldList() const { return m_list; }
 
-    // Closes the window for good (a close from the title bar only hides it).
-    void Unload();
-    // The host was minimised or restored.
-    void MinimizedChanged(bool minimized);
 
     // Runs a started drag to its end and returns what the target did; the default is
     // QDrag::exec. Tests replace it because exec waits for a real mouse.
@@ -46,7 +42,6 @@ public:
     static bool ReadFieldMime(const QMimeData* data, QString& name, int& dicId);
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -63,7 +58,4 @@ private:
     DragRunner m_runDrag;
     QPoint m_pressPos;
     bool m_pressedOnEntry = false;
-    bool m_unloading = false;
-    bool m_minimized = false;
-    bool m_visibleBeforeMinimize = false;
 };

@@ -34,7 +34,7 @@ NumberEdit* NewNumberEdit(const QString& name, QWidget* parent)
 } // namespace
 
 frmRptProperties::frmRptProperties(QWidget* parent)
-    : QWidget(parent, Qt::Tool)
+    : HostToolWindow(parent)
 {
     setObjectName(QStringLiteral("frmRptProperties"));
     setWindowTitle(QStringLiteral("Properties"));
@@ -165,12 +165,7 @@ void frmRptProperties::Init(clsRptControl* document, SelectionManager* selection
     m_viewport->setBackgroundRole(m_panel->backgroundRole());
     m_viewport->viewport()->setPalette(m_panel->palette());
     m_panel->move(0, 0);
-    if (gHost) {
-        AppEvents* events = &gHost->AppEvents();
-        disconnect(events, nullptr, this, nullptr);
-        connect(events, &AppEvents::MinimizedChanged, this, &frmRptProperties::MinimizedChanged);
-        connect(events, &AppEvents::UnloadForm, this, &frmRptProperties::Unload);
-    }
+    AttachHostEvents();
 }
 
 void frmRptProperties::FillLists()
@@ -459,42 +454,5 @@ void frmRptProperties::ShowValue(const QString& box, const QVariant& value)
 
 // ---------------------------------------------------------------- life as a tool window
 
-void frmRptProperties::closeEvent(QCloseEvent* event)
-{
-    if (m_unloading) {
-        event->accept();
-        return;
-    }
-    // A tool window: closing it from its title bar only puts it away.
-    event->ignore();
-    hide();
-}
 
-void frmRptProperties::Unload()
-{
-    if (m_unloading)
-        return;
-    m_unloading = true;
-    if (gHost)
-        disconnect(&gHost->AppEvents(), nullptr, this, nullptr);
-    m_doc = nullptr;
-    m_sel = nullptr;
-    close();
-}
 
-void frmRptProperties::MinimizedChanged(bool minimized)
-{
-    if (m_unloading)
-        return;
-    if (minimized) {
-        // A second "minimised" must not overwrite what the window looked like before the first.
-        if (!m_minimized)
-            m_visibleBeforeMinimize = isVisible();
-        m_minimized = true;
-        hide();
-    } else {
-        if (m_minimized)
-            setVisible(m_visibleBeforeMinimize);
-        m_minimized = false;
-    }
-}

@@ -7,7 +7,7 @@
 
 #include <QHash>
 #include <QPointer>
-#include <QWidget>
+#include "properties/HostToolWindow.h"
 
 class clsRptControl;
 class NumberEdit;
@@ -17,7 +17,7 @@ class QLineEdit;
 class QPushButton;
 class QScrollArea;
 
-class frmRptProperties : public QWidget, public PropertySheetLink {
+class frmRptProperties : public HostToolWindow, public PropertySheetLink {
     Q_OBJECT
 public:
     // A top-level tool window owned by `parent` (the design window).
@@ -46,10 +46,6 @@ public:
     // The list of item names: the current item is selected in it, choosing one selects that item.
     QComboBox* ObjectList() const { return m_objects; }
 
-    // Closes the window for good (a close from the title bar only hides it).
-    void Unload();
-    // The host was minimised or restored.
-    void MinimizedChanged(bool minimized);
 
     // PropertySheetLink: what the document tells the sheet.
     void RemoveItemName(const QString& name) override;
@@ -57,7 +53,11 @@ public:
     void ShowValue(const QString& box, const QVariant& value) override;
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
+    void OnUnload() override
+    {
+        m_doc = nullptr;
+        m_sel = nullptr;
+    }
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -106,7 +106,4 @@ private:
     quint32 m_mask = 0;
     bool m_loading = false;    // no commits while the rows are rebuilt
     bool m_committing = false; // a message box must not commit a second time
-    bool m_unloading = false;
-    bool m_minimized = false;
-    bool m_visibleBeforeMinimize = false;
 };
