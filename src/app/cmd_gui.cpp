@@ -11,6 +11,7 @@
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "output/ReportEngine.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -59,6 +60,7 @@ int RunDesigner(int argc, char** argv)
     RegisterDesignWindow();
     InstallDialogPrompts();
     InstallReportFileDialog();
+    InstallReportRunner();
 
     clsReportDesign designer;
     int job = 1;
@@ -80,6 +82,7 @@ int RunDesigner(int argc, char** argv)
     designer.UnloadObj();
     SetPropertyPrompt(nullptr);
     SetReportFileDialog(nullptr);
+    SetReportRunner(nullptr);
     SetPrompter(nullptr);
     return rc;
 }

@@ -60,7 +60,11 @@ frmPagewright::frmPagewright(QWidget* parent)
     resize(1100, 780);
     m_bar = new CommandBar(this);
     m_bar->setObjectName(QStringLiteral("ddbMenu"));
-    m_bar->SetImplemented(ImplementedTools());
+    QStringList tools = ImplementedTools();
+    // Printing needs an engine; without one the print tools stay disabled.
+    if (HasReportRunner())
+        tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu");
+    m_bar->SetImplemented(tools);
     m_page = new DesignPage(this);
     setCentralWidget(m_page);
 
@@ -350,6 +354,10 @@ void frmPagewright::ToolClick(const QString& toolName)
         OpenSaveReport(true);
     else if (t == u"exit")
         ExitCommand();
+    else if (t == u"print" || t == u"printpreview")
+        PrintCommand(t == u"printpreview", false);
+    else if (t == u"PrintFromFileMenu")
+        PrintCommand(false, true);
     else if (t == u"miDeleteObject")
         m_doc->DeleteSelected();
     else if (t == u"miCut" || t == u"miCopy" || t == u"miPaste")

@@ -1,4 +1,4 @@
-// Opening, saving and starting reports in the design window, and its caption.
+// Opening, saving, printing and starting reports in the design window, and its caption.
 #include "design/frmPagewright.h"
 
 #include "design/CommandBar.h"
@@ -7,8 +7,10 @@
 #include "entry/Host.h"
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
+#include "sqltext/clsTempFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
@@ -173,4 +175,46 @@ void frmPagewright::NewReport()
     m_bar->ResetToolButtons();
     m_doc->SetEdit();
     UpdateCaption();
+}
+
+void frmPagewright::PrintCommand(bool preview, bool printDialog)
+{
+    if (m_doc->RptItemCount() == 0) {
+        MsgBox(QStringLiteral("There is nothing on the report to print."), Mb::OKOnly | Mb::Information,
+               QStringLiteral("Report/Flyer Designer"));
+        return;
+    }
+    const QString file = clsTempFile::FileName(QStringLiteral("~QR"));
+    if (file.isEmpty()) {
+        FileError(QDir::tempPath(), HostErr::PathNotFound, QStringLiteral("Cannot make a temporary file"));
+        return;
+    }
+    // The temporary copy is the engine's; the user's own file and unsaved state stay as they are.
+    struct Cleanup {
+        QString path;
+        ~Cleanup() { QFile::remove(path); }
+    } cleanup{file};
+    if (m_doc->AutoFillId.isEmpty()) {
+        if (!PropertyPrompt(*m_doc, QString()) || m_doc->AutoFillId.isEmpty())
+            return;
+        UpdateCaption();
+    }
+    const bool dirty = m_doc->DirtyFlag;
+    bool saved = false;
+    {
+        const BusyPointer busy(this);
+        saved = m_doc->SaveReport(file, false);
+    }
+    m_doc->DirtyFlag = dirty;
+    if (!saved)
+        return;
+    ReportRunRequest request;
+    request.file = file;
+    request.key = m_doc->AutoFillId;
+    request.title = QFileInfo(m_reportFileTitle).completeBaseName();
+    request.databaseKind = m_dic ? m_dic->DatabaseKind() : DictionaryKindOf(m_menuSwitch);
+    request.newPagePerRecord = m_doc->NewPage;
+    request.preview = preview;
+    request.printDialog = printDialog;
+    RunReportFile(this, request);
 }

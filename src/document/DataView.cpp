@@ -1,5 +1,6 @@
 // Template view and data view: the composed SELECT, decoding, and bound photos.
 #include "document/clsRptControl.h"
+#include "document/RecordQuery.h"
 
 #include "entry/Host.h"
 #include "entry/Prompts.h"
@@ -10,31 +11,9 @@
 
 namespace {
 
-QString replaceTokens(QString sql)
-{
-    if (!gHost)
-        return sql;
-    sql.replace(QLatin1String("'~AccessKey~'"), gHost->AccessKey(), Qt::CaseSensitive);
-    sql.replace(QLatin1String("'~UserId~'"), QLatin1Char('\'') + gHost->AgentId() + QLatin1Char('\''), Qt::CaseSensitive);
-    return sql;
-}
-
-QString valueText(const QVariant& v)
-{
-    // Whole numbers come back from the database as integers or reals; show them without ".0".
-    if (v.typeId() == QMetaType::Double) {
-        const double d = v.toDouble();
-        if (d == double(qint64(d)))
-            return QString::number(qint64(d));
-        return QString::number(d, 'g', 15);
-    }
-    return v.toString();
-}
-
-QString nowText()
-{
-    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-}
+QString replaceTokens(const QString& sql) { return RecordQuery::ReplaceHostTokens(sql); }
+QString valueText(const QVariant& v) { return RecordQuery::ValueText(v); }
+QString nowText() { return RecordQuery::NowText(); }
 
 void refuseUnsafeKey(int kind, const QString& key)
 {
@@ -129,20 +108,8 @@ bool clsRptControl::RefreshData(const QString& key, int first, int last)
 
     const int kind = m_dic ? m_dic->DatabaseKind() : 1;
     refuseUnsafeKey(kind, key);
-    QString join;
-    if (kind == 1 && list.contains(QLatin1String(",PhotoVersion,")))
-        join = QStringLiteral(" LEFT JOIN Photo ON Listings.Listnum = Photo.PhoListnum");
-    else if (kind == 5 && list.contains(QLatin1String(",PhotoVersion,")))
-        join = QStringLiteral(" LEFT JOIN Photo ON Rentals.Listnum = Photo.PhoListnum");
     const QString columns = list.mid(1, list.size() - 2);
-    QString sql = QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + m_dic->TableName() + join +
-                  QStringLiteral(" WHERE ") + m_dic->KeyField() + QStringLiteral(" = ") + key + QLatin1Char(';');
-    const QString statusList = gHost ? gHost->StatusList() : QString();
-    if (kind == 1 && !statusList.isEmpty()) {
-        sql.chop(1);
-        sql += QStringLiteral(" AND CLng(LstStatus) NOT IN (") + statusList + QStringLiteral(");");
-    }
-    sql = replaceTokens(sql);
+    const QString sql = RecordQuery::SelectRecord(*m_dic, columns, key);
 
     std::unique_ptr<Recordset> rs = m_db->OpenRecordset(kind, sql, 3, 1, 1);
     if (rs->RecordCount() == 0)
@@ -152,28 +119,11 @@ bool clsRptControl::RefreshData(const QString& key, int first, int last)
         ItemRecord& r = ItemRef(i);
         QObject* c = r.control;
         if (r.ObjectType == ObjType::Field) {
-            const QVariant v = rs->Fields(r.DataField);
-            if (v.isNull()) {
-                r.Text.clear();
-            } else {
-                const QString s = valueText(v);
-                const bool coded = r.CodeType == 1 || r.CodeType == 2;
-                const bool shortText = Prop(c, "UseShortText").toBool();
-                const QString second = Prop(c, "DataFormat").toString();
-                if (!coded) {
-                    r.Text = s;
-                } else if (!shortText) {
-                    r.Text = m_dic->DecodeLong(s);
-                } else if (second.isEmpty()) {
-                    r.Text = m_dic->DecodeShort(s);
-                } else {
-                    SetProp(c, "FormatClass", 0);
-                    r.Text = m_dic->DecodeLong(s);
-                    const QVariant v2 = rs->Fields(second);
-                    if (!v2.isNull())
-                        r.Text = r.Text.isEmpty() ? valueText(v2) : r.Text + QStringLiteral(", ") + valueText(v2);
-                }
-            }
+            const RecordQuery::FieldText t = RecordQuery::DecodeField(*rs, *m_dic, r.DataField, r.CodeType,
+                                                                      Prop(c, "UseShortText").toBool(), Prop(c, "DataFormat").toString());
+            if (t.formatCleared)
+                SetProp(c, "FormatClass", 0);
+            r.Text = t.text;
             if (DataView)
                 SetProp(c, "Text", r.Text);
         } else if (r.ObjectType == ObjType::Image && Prop(c, "DataBound").toBool()) {

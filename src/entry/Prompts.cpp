@@ -52,6 +52,23 @@ std::optional<ReportFileChoice> ReportFileDialog(bool saveMode, const QString& c
     return handler(saveMode, caption, folderTemplate, extension, lookIns, pattern, initialPath);
 }
 
+namespace {
+ReportRunFn& ReportRunHandler()
+{
+    static ReportRunFn handler;
+    return handler;
+}
+} // namespace
+
+void SetReportRunner(ReportRunFn runner) { ReportRunHandler() = std::move(runner); }
+bool HasReportRunner() { return bool(ReportRunHandler()); }
+
+bool RunReportFile(QWidget* parent, const ReportRunRequest& request)
+{
+    const ReportRunFn& handler = ReportRunHandler();
+    return handler ? handler(parent, request) : false;
+}
+
 int DefaultAnswer(int buttons)
 {
     const int set = buttons & 7;

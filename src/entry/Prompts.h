@@ -68,6 +68,24 @@ std::optional<ReportFileChoice> ReportFileDialog(bool saveMode, const QString& c
                                                  const QString& extension, const QStringList& lookIns,
                                                  const QString& pattern, const QString& initialPath = QString());
 
+// The print library's report engine, as the design window sees it: a saved report file and one
+// record key become a preview or a printout. The output layer installs the real engine; without
+// one, RunReportFile() answers false and nothing is printed.
+class QWidget;
+struct ReportRunRequest {
+    QString file;                 // a report file on this file system
+    QString key;                  // the record's key as it stands in SQL
+    QString title;                // what the printout is called (the report's title)
+    int databaseKind = 1;         // the field dictionary's kind
+    bool newPagePerRecord = true;
+    bool preview = false;         // preview (with printing reachable from it) rather than print
+    bool printDialog = false;     // print only after the printer dialog was accepted
+};
+using ReportRunFn = std::function<bool(QWidget* parent, const ReportRunRequest& request)>;
+void SetReportRunner(ReportRunFn runner); // empty function uninstalls
+bool HasReportRunner();
+bool RunReportFile(QWidget* parent, const ReportRunRequest& request);
+
 // The first answer a button set offers (what Enter would press): used by batch runs.
 int DefaultAnswer(int buttons);
 

@@ -1,0 +1,37 @@
+#pragma once
+// How one record of a report kind is fetched and turned into item texts. The document's data
+// view and the report engine both come through here, so a printed report shows exactly what
+// the data view shows.
+#include <QString>
+#include <QVariant>
+
+class FieldDictionary;
+class Recordset;
+
+namespace RecordQuery {
+
+// "'~AccessKey~'" becomes the host's access key, "'~UserId~'" the quoted agent id.
+QString ReplaceHostTokens(QString sql);
+
+// A column value as text; whole numbers that arrive as reals lose their ".0".
+QString ValueText(const QVariant& value);
+
+// The stamp a date-time item shows.
+QString NowText();
+
+// The statement that fetches one record: columns (a select list without surrounding commas),
+// the Photo join when the list holds PhotoVersion, the key inserted as given, the listing
+// status filter and the host tokens.
+QString SelectRecord(FieldDictionary& dictionary, const QString& columns, const QString& key);
+
+struct FieldText {
+    QString text;
+    bool formatCleared = false; // a coded short text with a second column shows unformatted
+};
+
+// The text of a field item from the current row: Null is "", coded values are decoded long or
+// short, and a coded short text with a second column (secondColumn) joins both with ", ".
+FieldText DecodeField(const Recordset& rs, const FieldDictionary& dictionary, const QString& dataField, int codeType,
+                      bool useShortText, const QString& secondColumn);
+
+} // namespace RecordQuery

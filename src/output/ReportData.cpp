@@ -1,0 +1,188 @@
+#include "output/ReportData.h"
+
+#include "document/RecordQuery.h"
+#include "document/clsRptControl.h"
+#include "entry/Host.h"
+#include "entry/ReportKinds.h"
+#include "render/Format.h"
+#include "render/ItemLayout.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+
+namespace {
+
+// Entries of a select list: commas inside parentheses or quotes belong to an expression.
+QStringList splitSelectList(const QString& list)
+{
+    QStringList out;
+    int depth = 0;
+    bool quoted = false;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        const QChar c = list[i];
+        if (c == QLatin1Char('\''))
+            quoted = !quoted;
+        else if (!quoted && c == QLatin1Char('('))
+            ++depth;
+        else if (!quoted && c == QLatin1Char(')'))
+            depth = std::max(0, depth - 1);
+        else if (!quoted && depth == 0 && c == QLatin1Char(',')) {
+            out << list.mid(start, i - start);
+            start = i + 1;
+        }
+    }
+    out << list.mid(start);
+    out.removeAll(QString());
+    return out;
+}
+
+// The column name an entry delivers: "expr AS Name" gives Name.
+QString entryName(const QString& entry)
+{
+    const qsizetype as = entry.lastIndexOf(QLatin1String(" AS "), -1, Qt::CaseInsensitive);
+    return as >= 0 ? entry.mid(as + 4).trimmed() : entry.trimmed();
+}
+
+bool hasColumn(const QStringList& entries, const QString& name)
+{
+    for (const QString& e : entries)
+        if (entryName(e).compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
+bool isFieldKind(int kind) { return kind == RdfKind::Field || kind == RdfKind::FunctionField; }
+
+QString graphicsFolder() { return gHost ? gHost->AppPath() + QStringLiteral("Graphics\\") : QString(); }
+
+} // namespace
+
+ReportData::ReportData(const RdfReport& report, FieldDictionary* dictionary)
+    : m_report(report)
+    , m_dic(dictionary)
+{
+    m_columns = composeColumns();
+    m_fixedPictures.resize(report.items.size());
+    for (size_t i = 0; i < report.items.size(); ++i) {
+        const RdfItem& it = report.items[i];
+        if (it.kind != RdfKind::Image || it.dataBound)
+            continue;
+        bool isPos = false;
+        const int pos = it.formatOrFile.toInt(&isPos);
+        if ((it.flags & RdfFlag::Embedded) && isPos && pos >= 0 && pos < int(report.pictures.size()))
+            m_fixedPictures[i] = QImage::fromData(report.pictures[size_t(pos)]);
+        else if (!it.formatOrFile.isEmpty())
+            m_fixedPictures[i] = loadPicture(LocalPath(ItemLayout::ExpandGraphicsToken(it.formatOrFile, graphicsFolder())));
+    }
+}
+
+ReportData::~ReportData() = default;
+
+QString ReportData::composeColumns() const
+{
+    QStringList entries;
+    const RdfHeader& h = m_report.header;
+    for (const QString& list : {h.headerFieldList, h.detailFieldList, h.footerFieldList})
+        for (const QString& e : splitSelectList(list))
+            if (!hasColumn(entries, entryName(e)))
+                entries << e;
+    // A list left empty (a report with a CMA field) or written elsewhere may lack a field:
+    // it is added the way the data view selects it.
+    bool boundPhoto = false;
+    for (const RdfItem& it : m_report.items) {
+        if (isFieldKind(it.kind) && !it.dataField.isEmpty()) {
+            if (!hasColumn(entries, it.dataField)) {
+                if ((it.flags & RdfFlag::Expression) && m_dic) {
+                    m_dic->SelectField(it.dicId);
+                    entries << m_dic->FieldExpression() + QStringLiteral(" AS ") + it.dataField;
+                } else {
+                    entries << it.dataField;
+                }
+            }
+            if ((it.flags & RdfFlag::ShortText) && !it.formatOrFile.isEmpty() && (it.codeType == 1 || it.codeType == 2) &&
+                !hasColumn(entries, it.formatOrFile))
+                entries << it.formatOrFile;
+        } else if (it.kind == RdfKind::Image && it.dataBound && it.numberB == 0) {
+            boundPhoto = true;
+        }
+    }
+    if (boundPhoto && !hasColumn(entries, QStringLiteral("PhotoVersion")))
+        entries << QStringLiteral("PhotoVersion");
+    return entries.join(QLatin1Char(','));
+}
+
+QImage ReportData::loadPicture(const QString& localPath)
+{
+    if (localPath.isEmpty())
+        return {};
+    auto it = m_pictureCache.constFind(localPath);
+    if (it != m_pictureCache.cend())
+        return *it;
+    QImage img;
+    if (QFileInfo(localPath).isFile()) {
+        QImageReader reader(localPath);
+        reader.setAutoTransform(true);
+        img = reader.read();
+    }
+    m_pictureCache.insert(localPath, img);
+    return img;
+}
+
+QString ReportData::shownText(const RdfItem& item, const QString& value, bool formatCleared) const
+{
+    const int formatClass = item.kind == RdfKind::DateTime ? 2 : isFieldKind(item.kind) && !formatCleared ? item.numberA : 0;
+    try {
+        return ItemLayout::ShownText(value, item.formatOrFile, formatClass);
+    } catch (const FormatError&) {
+        return QStringLiteral("Error"); // what the item shows when its value cannot be formatted
+    }
+}
+
+bool ReportData::Fetch(const QString& key, RecordValues& values)
+{
+    const size_t n = m_report.items.size();
+    values.texts.assign(n, QString());
+    values.pictures = m_fixedPictures;
+
+    std::unique_ptr<Recordset> rs;
+    if (!m_columns.isEmpty()) {
+        if (!m_dic)
+            throw HostError(HostErr::NoSuchField, QStringLiteral("The report needs data but no field dictionary is open"));
+        const int kind = m_dic->DatabaseKind();
+        if (!clsRptControl::KeyIsSafe(kind, key))
+            throw HostError(HostErr::SqlSyntax, QStringLiteral("The record key %1 is not a valid key for this report").arg(key));
+        rs = gHost->Database().OpenRecordset(kind, RecordQuery::SelectRecord(*m_dic, m_columns, key), 3, 1, 1);
+        if (rs->RecordCount() == 0)
+            return false;
+    }
+    const QString now = RecordQuery::NowText();
+    for (size_t i = 0; i < n; ++i) {
+        const RdfItem& it = m_report.items[i];
+        if (isFieldKind(it.kind)) {
+            RecordQuery::FieldText t;
+            if (rs && rs->HasField(it.dataField))
+                t = RecordQuery::DecodeField(*rs, *m_dic, it.dataField, it.codeType, it.flags & RdfFlag::ShortText,
+                                             rs->HasField(it.formatOrFile) ? it.formatOrFile : QString());
+            values.texts[i] = shownText(it, t.text, t.formatCleared);
+        } else if (it.kind == RdfKind::DateTime) {
+            values.texts[i] = shownText(it, now, false);
+        } else if (it.kind == RdfKind::Label) {
+            values.texts[i] = it.text;
+        } else if (it.kind == RdfKind::Image && it.dataBound) {
+            if (!m_photoLookup) {
+                m_photoLookup = std::make_unique<clsRptControl>();
+                m_photoLookup->Init(m_dic, nullptr, nullptr);
+            }
+            QString version;
+            if (rs && rs->HasField(QStringLiteral("PhotoVersion"))) {
+                const QVariant v = rs->Fields(QStringLiteral("PhotoVersion"));
+                version = v.isNull() ? QString() : RecordQuery::ValueText(v);
+            }
+            values.pictures[i] = loadPicture(m_photoLookup->GetBoundPhotoFile(key, it.numberA, version, it.numberB));
+        }
+    }
+    if (rs)
+        rs->Close();
+    return true;
+}

@@ -1,0 +1,46 @@
+#pragma once
+// The data of a printed report: for each record key, what every stored item shows. The select
+// list is the one stored in the file (page header, detail and footer lists), completed with
+// any bound field it lacks; the statement and the decoding are the data view's own.
+#include "document/RdfFile.h"
+
+#include <QHash>
+#include <QImage>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+class FieldDictionary;
+class Database;
+class clsRptControl;
+
+// What the items show for one record, by stored position.
+struct RecordValues {
+    std::vector<QString> texts;
+    std::vector<QImage> pictures;
+};
+
+class ReportData {
+public:
+    // dictionary may be null for a report without data items; the host is gHost.
+    ReportData(const RdfReport& report, FieldDictionary* dictionary);
+    ~ReportData();
+
+    // The select list used for every record ("" when the report needs no data).
+    QString Columns() const { return m_columns; }
+    // Fills values for key. False when the record does not exist. Throws HostError for a key
+    // that cannot stand in SQL or a failed query.
+    bool Fetch(const QString& key, RecordValues& values);
+
+private:
+    QString composeColumns() const;
+    QImage loadPicture(const QString& localPath);
+    QString shownText(const RdfItem& item, const QString& value, bool formatCleared) const;
+
+    const RdfReport& m_report;
+    FieldDictionary* m_dic;
+    QString m_columns;
+    std::vector<QImage> m_fixedPictures; // unbound pictures, the same on every record
+    QHash<QString, QImage> m_pictureCache;
+    std::unique_ptr<clsRptControl> m_photoLookup; // the data view's own bound-photo search
+};

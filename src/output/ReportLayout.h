@@ -1,0 +1,71 @@
+#pragma once
+// Page layout of a printed report, in twips and free of devices: which stored items form the
+// page header, the detail bands and the page footer, how a text item grows or shrinks with
+// its value, and how the records' bands flow into columns and pages.
+#include "document/RdfFile.h"
+#include "render/ItemLook.h"
+
+#include <QRectF>
+#include <vector>
+
+namespace ReportLayout {
+
+// Bits of the header's HeaderFlags that change the printout.
+constexpr int FillLeftToRight = 16;
+constexpr int PageNumbers = 32;
+constexpr int PageBorder = 64;
+
+// One section or band as designed: stored item positions (0-based into the report's items)
+// whose tops are relative to the band, and the band's height.
+struct Band {
+    std::vector<int> items;
+    double height = 0;
+    bool pageBreakAfter = false; // closed by a new-page marker
+};
+
+struct Sections {
+    Band header;
+    std::vector<Band> detail; // at least one
+    Band footer;
+};
+
+// Splits stored items (tops as stored: relative to their section or band) by the header's
+// section fields; out-of-range fields are clamped. Markers close bands and are not printed.
+Sections SplitSections(const RdfReport& report);
+
+// The look of one stored item placed at `origin` (the top left of its band), showing `text`
+// (text kinds) or `picture` (images). px is one device pixel in twips.
+ItemLook LookOf(const RdfItem& item, QPointF origin, const QString& text, const QImage& picture, double px);
+
+// Resizes text items marked AllowGrow (taller only) or AllowShrink (shorter only) to the
+// height their text needs, moves the items below each one by the change, and returns the
+// band's new height. looks are band-relative and in the band's item order.
+double FitBand(const Band& band, const RdfReport& report, std::vector<ItemLook>& looks, double px);
+
+// Where the records' bands go.
+struct Frame {
+    QRectF body;          // page area between header and footer, within the margins
+    int columns = 1;
+    bool leftToRight = false;
+    bool newPagePerRecord = true;
+    double spacing = 0;   // between records, twips
+};
+
+struct Placement {
+    int record = 0;
+    int band = 0;
+    QPointF origin;
+};
+
+struct Page {
+    std::vector<Placement> bands;
+    int firstRecord = 0;  // whose data the page header and footer show
+};
+
+// heights[r][b]: the fitted height of band b of record r; breaks[b]: band b ends with a page
+// break. Never returns an empty page; a band taller than the body starts a fresh column and
+// runs past it rather than being lost.
+std::vector<Page> Paginate(const std::vector<std::vector<double>>& heights, const std::vector<bool>& breaks,
+                           const Frame& frame);
+
+} // namespace ReportLayout
