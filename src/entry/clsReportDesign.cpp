@@ -11,6 +11,7 @@ QString g_helpFile;
 void SetDesignWindowFactory(DesignWindowFactory factory) { g_designFactory = std::move(factory); }
 void SetFlyerWindowFactory(FlyerWindowFactory factory) { g_flyerFactory = std::move(factory); }
 QString ComponentHelpFile() { return g_helpFile; }
+DesignWindow* NewDesignWindow() { return g_designFactory ? g_designFactory() : nullptr; }
 
 clsReportDesign::~clsReportDesign() = default;
 

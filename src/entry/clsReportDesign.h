@@ -19,6 +19,9 @@ public:
 class DesignWindow : public ComponentWindow {
 public:
     virtual void Init(int jobIndex, int reportKind, bool showFieldList) = 0;
+    // Opens reportFile (may be empty: a new report) titled title; a non-empty propertyId opens
+    // it in data view on that record.
+    virtual void SetReport(const QString& reportFile, const QString& title, const QString& propertyId) = 0;
 };
 
 class FlyerWindow : public ComponentWindow {
@@ -30,6 +33,9 @@ using DesignWindowFactory = std::function<DesignWindow*()>;
 using FlyerWindowFactory = std::function<FlyerWindow*()>;
 void SetDesignWindowFactory(DesignWindowFactory factory);
 void SetFlyerWindowFactory(FlyerWindowFactory factory);
+// A new design window from the registered factory (null when none is registered); it deletes
+// itself when closed.
+DesignWindow* NewDesignWindow();
 
 // The help file the component's windows open; set by Start before any window exists.
 QString ComponentHelpFile();
