@@ -1,10 +1,13 @@
 // Starting the designer: the embedded host on the data folder, then the component as a host
 // would start it. The program ends when the host's job is closed.
+#include "DemoFlyers.h"
 #include "Subcommands.h"
 
 #include "design/frmPagewright.h"
+#include "dialogs/frmFlyers.h"
 #include "dialogs/frmPropertyPrompt.h"
 #include "dialogs/frmSaveRecall.h"
+#include "entry/PrintForm.h"
 #include "entry/Prompts.h"
 #include "entry/ReportKinds.h"
 #include "entry/clsReportDesign.h"
@@ -12,6 +15,7 @@
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
 #include "output/ReportEngine.h"
+#include "output/ReportPrintForm.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -47,6 +51,7 @@ int RunDesigner(int argc, char** argv)
         if (!DemoDataExists(dir)) {
             std::fprintf(stderr, "pagewright: preparing the demo data in %s (first run)...\n", qPrintable(dir));
             GenerateDemoData(dir);
+            WriteDemoFlyers(dir);
         }
         host = EmbeddedHost::Open(dir);
         if (!sqlLog.isEmpty() && !host->SetSqlLog(sqlLog))
@@ -61,6 +66,8 @@ int RunDesigner(int argc, char** argv)
     InstallDialogPrompts();
     InstallReportFileDialog();
     InstallReportRunner();
+    InstallPrintForm();
+    RegisterFlyerWindow();
 
     clsReportDesign designer;
     int job = 1;
@@ -83,6 +90,8 @@ int RunDesigner(int argc, char** argv)
     SetPropertyPrompt(nullptr);
     SetReportFileDialog(nullptr);
     SetReportRunner(nullptr);
+    SetPrintFormFactory({});
+    SetFlyerWindowFactory({});
     SetPrompter(nullptr);
     return rc;
 }

@@ -1,5 +1,7 @@
 // "demo" prepares a data folder; "sql" runs one Jet statement through the embedded host.
 #include "Subcommands.h"
+
+#include "DemoFlyers.h"
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
@@ -50,6 +52,7 @@ int runDemo(const QStringList& argsIn)
         QElapsedTimer timer;
         timer.start();
         GenerateDemoData(dir, listings);
+        WriteDemoFlyers(dir);
         std::printf("Demo data with %d listings written to %s in %.1f s.\n", listings, qPrintable(dir), timer.elapsed() / 1000.0);
     } catch (const HostError& e) {
         err(QStringLiteral("error %1: %2").arg(e.Number()).arg(e.Description()));

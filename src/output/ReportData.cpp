@@ -139,6 +139,21 @@ QString ReportData::shownText(const RdfItem& item, const QString& value, bool fo
     }
 }
 
+void ReportData::Blank(RecordValues& values) const
+{
+    const size_t n = m_report.items.size();
+    values.texts.assign(n, QString());
+    values.pictures = m_fixedPictures;
+    const QString now = RecordQuery::NowText();
+    for (size_t i = 0; i < n; ++i) {
+        const RdfItem& it = m_report.items[i];
+        if (it.kind == RdfKind::DateTime)
+            values.texts[i] = shownText(it, now, false);
+        else if (it.kind == RdfKind::Label)
+            values.texts[i] = it.text;
+    }
+}
+
 bool ReportData::Fetch(const QString& key, RecordValues& values)
 {
     const size_t n = m_report.items.size();

@@ -31,6 +31,8 @@ public:
     // Fills values for key. False when the record does not exist. Throws HostError for a key
     // that cannot stand in SQL or a failed query.
     bool Fetch(const QString& key, RecordValues& values);
+    // What the items show with no record: labels, date/time and fixed pictures only.
+    void Blank(RecordValues& values) const;
 
 private:
     QString composeColumns() const;

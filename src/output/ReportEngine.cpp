@@ -74,7 +74,7 @@ bool ReportEngine::Run(const QStringList& keys)
     m_pages.clear();
     m_missing.clear();
     m_printed.clear();
-    if (gHost && !m_dictionary)
+    if (gHost && !m_dictionary && !m_options.templateOnly)
         m_dictionary = gHost->NewFieldDictionary(m_options.databaseKind);
 
     ReportData data(m_report, m_dictionary.get());
@@ -87,7 +87,9 @@ bool ReportEngine::Run(const QStringList& keys)
         if (!report(k, total))
             return false;
         RecordValues values;
-        if (!data.Fetch(keys[k], values)) {
+        if (m_options.templateOnly)
+            data.Blank(values);
+        else if (!data.Fetch(keys[k], values)) {
             m_missing << keys[k];
             continue;
         }
@@ -162,7 +164,7 @@ void ReportEngine::PaintPage(QPainter& p, int page, double dpi) const
     p.restore();
 }
 
-bool ReportEngine::PrintTo(QPagedPaintDevice& device)
+bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies)
 {
     device.setPageSize(m_options.pageSize);
     device.setPageOrientation(QPageLayout::Portrait);
@@ -174,7 +176,8 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device)
     // The device's origin is the printable area; pages are laid out from the paper's corner.
     const QRectF paintRect = device.pageLayout().paintRectPoints();
     p.translate(-paintRect.left() * dpi / 72.0, -paintRect.top() * dpi / 72.0);
-    const int total = PageCount();
+    const int pages = PageCount();
+    const int total = pages * std::max(1, copies);
     for (int i = 0; i < total; ++i) {
         if (!report(i, total)) {
             p.end();
@@ -182,7 +185,7 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device)
         }
         if (i > 0)
             device.newPage();
-        PaintPage(p, i, dpi);
+        PaintPage(p, i % pages, dpi);
     }
     p.end();
     return report(total, total);

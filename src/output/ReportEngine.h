@@ -30,6 +30,9 @@ struct ReportOptions {
     bool newPagePerRecord = true; // the document's NewPage; the file does not keep it
     QPageSize pageSize = QPageSize(QPageSize::Letter);
     ReportProgress progress;
+    // The layout without data: each key (ignored) gives one blank record - labels, boxes, lines,
+    // fixed pictures and the date/time print; fields and bound pictures stay empty.
+    bool templateOnly = false;
 };
 
 class ReportEngine {
@@ -55,8 +58,9 @@ public:
 
     // Paints page (0-based) with a painter whose unit is the device pixel at dpi.
     void PaintPage(QPainter& painter, int page, double dpi) const;
-    // Paints every page onto the device (one device page each). False when cancelled.
-    bool PrintTo(QPagedPaintDevice& device);
+    // Paints every page onto the device (one device page each), copies times over for a device
+    // that cannot make copies itself. False when cancelled.
+    bool PrintTo(QPagedPaintDevice& device, int copies = 1);
     // Writes a PDF. False when cancelled; throws HostError when the file cannot be written.
     bool WritePdf(const QString& path);
 
