@@ -311,16 +311,15 @@ void frmFlyers::cmdPrintSetup_Click()
     mPrinterForm->PrinterSetup(this);
 }
 
+// Close and Help work with or without a selected flyer: a Close button that ignores the user
+// would only send them looking for the title bar.
 void frmFlyers::cmdClose_Click()
 {
-    if (!SelectedFlyer.isEmpty())
-        close(); // query-unload tells the host
+    close(); // query-unload tells the host
 }
 
 void frmFlyers::cmdHelp_Click()
 {
-    if (SelectedFlyer.isEmpty())
-        return;
     const QString help = ComponentHelpFile().isEmpty() && gHost ? gHost->HelpFile() : ComponentHelpFile();
     const QString local = LocalPath(help);
     if (help.isEmpty() || !QFileInfo(local).isFile() || !QDesktopServices::openUrl(QUrl::fromLocalFile(local)))
