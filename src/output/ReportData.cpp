@@ -105,6 +105,10 @@ QString ReportData::composeColumns() const
                 entries << it.formatOrFile;
         } else if (it.kind == RdfKind::Image && it.dataBound && it.numberB == 0) {
             boundPhoto = true;
+        } else if (it.kind == RdfKind::SubReport) {
+            for (const QString& name : SubReportParameters(it.dataField))
+                if (!hasColumn(entries, name))
+                    entries << name;
         }
     }
     if (boundPhoto && !hasColumn(entries, QStringLiteral("PhotoVersion")))
@@ -136,6 +140,66 @@ QString ReportData::shownText(const RdfItem& item, const QString& value, bool fo
         return ItemLayout::ShownText(value, item.formatOrFile, formatClass);
     } catch (const FormatError&) {
         return QStringLiteral("Error"); // what the item shows when its value cannot be formatted
+    }
+}
+
+QStringList SubReportParameters(const QString& sql)
+{
+    QStringList names;
+    // Marks pair up left to right; an unpaired last "%" is plain text.
+    for (qsizetype a = sql.indexOf(QLatin1Char('%')); a >= 0;) {
+        const qsizetype b = sql.indexOf(QLatin1Char('%'), a + 1);
+        if (b < 0)
+            break;
+        names << sql.mid(a + 1, b - a - 1);
+        a = sql.indexOf(QLatin1Char('%'), b + 1);
+    }
+    return names;
+}
+
+QString SubReportStatement(const QString& sql, const std::function<QString(const QString&)>& value)
+{
+    QString out;
+    qsizetype pos = 0;
+    for (qsizetype a = sql.indexOf(QLatin1Char('%')); a >= 0;) {
+        const qsizetype b = sql.indexOf(QLatin1Char('%'), a + 1);
+        if (b < 0)
+            break;
+        // Doubling quotes keeps a value inside the quotes the statement puts round it.
+        QString v = value(sql.mid(a + 1, b - a - 1));
+        v.replace(QLatin1Char('\''), QLatin1String("''"));
+        out += sql.mid(pos, a - pos) + v;
+        pos = b + 1;
+        a = sql.indexOf(QLatin1Char('%'), pos);
+    }
+    return RecordQuery::ReplaceHostTokens(out + sql.mid(pos));
+}
+
+QString ReportData::subReportText(const RdfItem& item, const Recordset* record) const
+{
+    if (item.dataField.trimmed().isEmpty() || !gHost)
+        return {};
+    const QString sql = SubReportStatement(item.dataField, [record](const QString& name) {
+        if (!record || !record->HasField(name))
+            return QString();
+        const QVariant v = record->Fields(name);
+        return v.isNull() ? QString() : RecordQuery::ValueText(v);
+    });
+    try {
+        std::unique_ptr<Recordset> rows = gHost->Database().OpenRecordset(m_dic ? m_dic->DatabaseKind() : 1, sql, 3, 1, 1);
+        QStringList lines;
+        for (; !rows->Eof(); rows->MoveNext()) {
+            QStringList cells;
+            for (int c = 0; c < rows->FieldCount(); ++c) {
+                const QVariant v = rows->Fields(c);
+                cells << (v.isNull() ? QString() : RecordQuery::ValueText(v));
+            }
+            lines << cells.join(QLatin1String("   "));
+        }
+        return lines.join(QLatin1Char('\n'));
+    } catch (const HostError& e) {
+        // One bad sub-report shows its error where it stands; the rest of the page still prints.
+        return QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description();
     }
 }
 
@@ -184,6 +248,8 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
             values.texts[i] = shownText(it, now, false);
         } else if (it.kind == RdfKind::Label) {
             values.texts[i] = it.text;
+        } else if (it.kind == RdfKind::SubReport) {
+            values.texts[i] = subReportText(it, rs.get());
         } else if (it.kind == RdfKind::Image && it.dataBound) {
             if (!m_photoLookup) {
                 m_photoLookup = std::make_unique<clsRptControl>();

@@ -7,10 +7,12 @@
 #include <QHash>
 #include <QImage>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
 class FieldDictionary;
+class Recordset;
 class Database;
 class clsRptControl;
 
@@ -19,6 +21,11 @@ struct RecordValues {
     std::vector<QString> texts;
     std::vector<QImage> pictures;
 };
+
+// A sub-report's statement names columns of the record between "%" marks.
+QStringList SubReportParameters(const QString& sql);
+// The statement with each "%Name%" replaced by value(Name) (quotes doubled) and the host tokens.
+QString SubReportStatement(const QString& sql, const std::function<QString(const QString&)>& value);
 
 class ReportData {
 public:
@@ -37,6 +44,8 @@ public:
 private:
     QString composeColumns() const;
     QImage loadPicture(const QString& localPath);
+    // The rows of a sub-report for the current record: one line each, columns apart.
+    QString subReportText(const RdfItem& item, const Recordset* record) const;
     QString shownText(const RdfItem& item, const QString& value, bool formatCleared) const;
 
     const RdfReport& m_report;

@@ -61,9 +61,11 @@ std::vector<ItemLook> ReportEngine::bandLooks(const ReportLayout::Band& band, co
 {
     std::vector<ItemLook> looks;
     looks.reserve(band.items.size());
-    for (int i : band.items)
-        looks.push_back(ReportLayout::LookOf(m_report.items[size_t(i)], QPointF(0, 0), values.texts[size_t(i)],
-                                             values.pictures[size_t(i)], px));
+    for (size_t k = 0; k < band.items.size(); ++k) {
+        const size_t i = size_t(band.items[k]);
+        looks.push_back(ReportLayout::LookOf(m_report.items[i], QPointF(0, 0), values.texts[i], values.pictures[i], px));
+        looks.back().rect.moveTop(band.tops[k]);
+    }
     return looks;
 }
 

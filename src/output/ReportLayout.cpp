@@ -12,27 +12,30 @@ namespace {
 // Damaged files may carry NaN or absurd numbers; they must not poison the layout.
 double finite(double v) { return std::isfinite(v) ? std::clamp(v, -1e7, 1e7) : 0.0; }
 
-double bottomOf(const RdfItem& it) { return finite(it.top) + finite(it.height); }
 
 bool isTextKind(int kind)
 {
-    return kind == RdfKind::Field || kind == RdfKind::Label || kind == RdfKind::DateTime || kind == RdfKind::FunctionField;
+    return kind == RdfKind::Field || kind == RdfKind::Label || kind == RdfKind::DateTime || kind == RdfKind::FunctionField ||
+           kind == RdfKind::SubReport;
 }
 
 bool isPrinted(int kind) { return isTextKind(kind) || kind == RdfKind::Box || kind == RdfKind::Line || kind == RdfKind::Image; }
 
-void addItem(Band& band, const RdfReport& report, int i)
+void addItem(Band& band, const RdfReport& report, int i, double top)
 {
     if (!isPrinted(report.items[size_t(i)].kind))
         return;
     band.items.push_back(i);
+    band.tops.push_back(top);
 }
+
+void addItem(Band& band, const RdfReport& report, int i) { addItem(band, report, i, finite(report.items[size_t(i)].top)); }
 
 double extent(const Band& band, const RdfReport& report)
 {
     double h = 0;
-    for (int i : band.items)
-        h = std::max(h, bottomOf(report.items[size_t(i)]));
+    for (size_t k = 0; k < band.items.size(); ++k)
+        h = std::max(h, band.tops[k] + finite(report.items[size_t(band.items[k])].height));
     return h;
 }
 
@@ -61,6 +64,9 @@ Sections SplitSections(const RdfReport& report)
             s.detail.push_back(std::move(band));
             band = Band();
             bandStart = at;
+            // A sub-report is printed: it is the first thing in the band it opens.
+            if (it.kind == RdfKind::SubReport)
+                addItem(band, report, i, 0);
         } else {
             addItem(band, report, i);
         }
@@ -126,7 +132,8 @@ double FitBand(const Band& band, const RdfReport& report, std::vector<ItemLook>&
     std::vector<Change> changes;
     for (size_t k = 0; k < band.items.size(); ++k) {
         const RdfItem& it = report.items[size_t(band.items[k])];
-        const bool grow = it.flags & RdfFlag::AllowGrow;
+        // A sub-report's row count is only known when printing: it always grows to hold them.
+        const bool grow = (it.flags & RdfFlag::AllowGrow) || it.kind == RdfKind::SubReport;
         const bool shrink = it.flags & RdfFlag::AllowShrink;
         if (!isTextKind(it.kind) || !(grow || shrink))
             continue;
@@ -141,7 +148,7 @@ double FitBand(const Band& band, const RdfReport& report, std::vector<ItemLook>&
         else if (shrink && needed < h)
             h = std::max(0.0, needed);
         if (h != size.height()) {
-            changes.push_back({bottomOf(it), h - size.height()});
+            changes.push_back({band.tops[k] + finite(it.height), h - size.height()});
             l.rect.setHeight(h);
         }
     }
@@ -150,7 +157,7 @@ double FitBand(const Band& band, const RdfReport& report, std::vector<ItemLook>&
         return height;
     // Whatever starts below a resized item moves with its bottom edge.
     for (size_t k = 0; k < band.items.size(); ++k) {
-        const double top = finite(report.items[size_t(band.items[k])].top);
+        const double top = band.tops[k];
         double shift = 0;
         for (const Change& c : changes)
             if (top >= c.bottom)

@@ -19,6 +19,7 @@ constexpr int PageBorder = 64;
 // whose tops are relative to the band, and the band's height.
 struct Band {
     std::vector<int> items;
+    std::vector<double> tops; // each item's top within the band (a sub-report opens its band at 0)
     double height = 0;
     bool pageBreakAfter = false; // closed by a new-page marker
 };

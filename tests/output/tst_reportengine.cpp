@@ -1,6 +1,7 @@
 #include "support_report.h"
 
 #include "entry/Prompts.h"
+#include "output/ReportData.h"
 #include "output/ReportEngine.h"
 
 #include <QPrintPreviewDialog>
@@ -83,6 +84,42 @@ private slots:
         for (const QString& k : m_keys)
             QVERIFY(pages[0].contains(k));
         QCOMPARE(pages[0].count("Listing Sheet"), 1); // one page header, however many records
+    }
+
+    void subReportsPrintTheirRowsAndTheirErrors()
+    {
+        if (!HavePdfToText())
+            QSKIP("pdftotext is not installed");
+        ReportFixture f;
+        f.page.SetHeaderFooter(940);
+        f.page.MovePageFooterBar(3220);
+        f.add(ObjType::Field, "ListNum", 1, 1000, 0);
+        clsRptControl::SetProp(f.add(ObjType::SubReport, "", 0, 1500, 0), "Width", 7000.f);
+        f.doc.SetCustomSQL("SELECT MemFirstName + ' ' + MemLastName AS Agent, MemPhone FROM Members WHERE MemberId = '%ListAgentID%'");
+        clsRptControl::SetProp(f.add(ObjType::SubReport, "", 0, 2200, 0), "Width", 7000.f);
+        f.doc.SetCustomSQL("SELECT Nonsense FROM Nowhere WHERE ListNum = %ListNum%");
+        f.add(ObjType::Label, "", 0, 2800, 0, "After the rows");
+        QVERIFY(f.doc.SaveReport(path("sub.rdf"), false));
+
+        const QString key = m_keys[0];
+        auto rs = gHost->Database().OpenRecordset(
+            1, "SELECT MemFirstName, MemLastName, MemPhone FROM Members, Listings WHERE MemberId = ListAgentID AND ListNum = " + key + ";", 3, 1, 1);
+        QCOMPARE(rs->RecordCount(), 1);
+        const QString agent = rs->Fields(0).toString() + ' ' + rs->Fields(1).toString();
+
+        ReportEngine engine;
+        engine.Load(path("sub.rdf"));
+        QVERIFY(engine.Run({key}));
+        QVERIFY(engine.WritePdf(path("sub.pdf")));
+        const QString text = PdfPages(path("sub.pdf")).join('\f');
+        for (const QString& s : {key, agent, rs->Fields(2).toString(), QString("Error: "), QString("After the rows")})
+            QVERIFY2(text.contains(s), qPrintable(s + " missing from:\n" + text));
+
+        // A value with a quote stays inside the statement's quotes.
+        QCOMPARE(SubReportStatement("SELECT A FROM T WHERE N = '%OwnerName%' AND L = %ListNum%",
+                                    [](const QString& n) { return n == "OwnerName" ? QString("O'Neil") : QString("240004"); }),
+                 QString("SELECT A FROM T WHERE N = 'O''Neil' AND L = 240004"));
+        QCOMPARE(SubReportParameters("%A% and %B% and 50%"), (QStringList{"A", "B"}));
     }
 
     void missingAndUnsafeKeys()

@@ -122,6 +122,35 @@ private slots:
         QCOMPARE(SplitSections(rep).detail[0].height, 500.0);
     }
 
+    void aSubReportOpensItsBandAndGrowsWithItsRows()
+    {
+        RdfReport rep;
+        rep.items = {
+            item(RdfKind::Field, 0, 300),                           // band 1
+            item(RdfKind::SubReport, 600, 250, RdfFlag::NewBand),   // closes band 1 at 600, opens band 2
+            item(RdfKind::Label, 300, 200),                         // band 2, below the sub-report
+        };
+        rep.header.firstDetailItem = 1;
+        rep.header.lastDetailItem = 3;
+        const Sections s = SplitSections(rep);
+        QCOMPARE(s.detail.size(), size_t(2));
+        QCOMPARE(s.detail[0].height, 600.0);
+        QCOMPARE(s.detail[1].items, (std::vector<int>{1, 2}));
+        QCOMPARE(s.detail[1].tops, (std::vector<double>{0, 300}));
+        QCOMPARE(s.detail[1].height, 500.0);
+
+        // Three rows need more than the designed 250 twips, without any grow flag.
+        const double px = 1.2;
+        std::vector<ItemLook> looks{LookOf(rep.items[1], {}, "Jane Carter   555-0101\nSam Ortiz   555-0102\nLee Park   555-0103", {}, px),
+                                    LookOf(rep.items[2], {}, "x", {}, px)};
+        looks[0].rect.moveTop(0);
+        const double height = FitBand(s.detail[1], rep, looks, px);
+        const double delta = looks[0].rect.height() - 250;
+        QVERIFY2(delta > 300, qPrintable(QString::number(delta)));
+        QCOMPARE(looks[1].rect.top(), 300 + delta); // the label stays below the rows
+        QCOMPARE(height, 500 + delta);
+    }
+
     void growAndShrink_data()
     {
         QTest::addColumn<quint32>("flags");
@@ -144,7 +173,7 @@ private slots:
         RdfReport rep;
         rep.items = {item(RdfKind::Field, 100, 600, flags), item(RdfKind::Label, 800, 300), item(RdfKind::Label, 100, 300)};
         rep.items[2].left = 2000; // beside the field: never moves
-        Band band{{0, 1, 2}, 1200, false};
+        Band band{{0, 1, 2}, {100, 800, 100}, 1200, false};
         const double px = 1.2;
         std::vector<ItemLook> looks;
         for (int i = 0; i < 3; ++i)
