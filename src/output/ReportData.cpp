@@ -203,9 +203,46 @@ QString ReportData::subReportText(const RdfItem& item, const Recordset* record) 
     }
 }
 
+void ReportData::ApplyTotals(std::vector<RecordValues>& records) const
+{
+    enum { Sum = 1, Average, Minimum, Maximum, Count };
+    for (size_t i = 0; i < m_report.items.size(); ++i) {
+        const RdfItem& it = m_report.items[i];
+        const int fn = it.numberB;
+        if (it.kind != RdfKind::FunctionField || fn < Sum || fn > Count)
+            continue;
+        double sum = 0, low = 0, high = 0;
+        int numbers = 0, filled = 0;
+        for (const RecordValues& r : records) {
+            const QString& v = r.raw[i];
+            if (v.isEmpty())
+                continue;
+            ++filled;
+            bool ok = false;
+            const double d = v.toDouble(&ok);
+            if (!ok)
+                continue; // text cannot be added up
+            sum += d;
+            low = numbers ? std::min(low, d) : d;
+            high = numbers ? std::max(high, d) : d;
+            ++numbers;
+        }
+        QString text;
+        if (fn == Count)
+            text = QString::number(filled); // a count is a count, whatever the field's format
+        else if (numbers > 0) {
+            const double v = fn == Sum ? sum : fn == Average ? sum / numbers : fn == Minimum ? low : high;
+            text = shownText(it, QString::number(v, 'g', 15), false);
+        }
+        for (RecordValues& r : records)
+            r.texts[i] = text;
+    }
+}
+
 void ReportData::Blank(RecordValues& values) const
 {
     const size_t n = m_report.items.size();
+    values.raw.assign(n, QString());
     values.texts.assign(n, QString());
     values.pictures = m_fixedPictures;
     const QString now = RecordQuery::NowText();
@@ -222,6 +259,7 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
 {
     const size_t n = m_report.items.size();
     values.texts.assign(n, QString());
+    values.raw.assign(n, QString());
     values.pictures = m_fixedPictures;
 
     std::unique_ptr<Recordset> rs;
@@ -244,6 +282,7 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
                 t = RecordQuery::DecodeField(*rs, *m_dic, it.dataField, it.codeType, it.flags & RdfFlag::ShortText,
                                              rs->HasField(it.formatOrFile) ? it.formatOrFile : QString());
             values.texts[i] = shownText(it, t.text, t.formatCleared);
+            values.raw[i] = t.text;
         } else if (it.kind == RdfKind::DateTime) {
             values.texts[i] = shownText(it, now, false);
         } else if (it.kind == RdfKind::Label) {

@@ -20,6 +20,7 @@ class clsRptControl;
 struct RecordValues {
     std::vector<QString> texts;
     std::vector<QImage> pictures;
+    std::vector<QString> raw; // the unformatted value of each field (for totals)
 };
 
 // A sub-report's statement names columns of the record between "%" marks.
@@ -38,6 +39,9 @@ public:
     // Fills values for key. False when the record does not exist. Throws HostError for a key
     // that cannot stand in SQL or a failed query.
     bool Fetch(const QString& key, RecordValues& values);
+    // Function fields (Sum 1, Average 2, Minimum 3, Maximum 4, Count 5) show their total over
+    // every fetched record, formatted as the field is; other fields keep their own value.
+    void ApplyTotals(std::vector<RecordValues>& records) const;
     // What the items show with no record: labels, date/time and fixed pictures only.
     void Blank(RecordValues& values) const;
 

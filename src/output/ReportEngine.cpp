@@ -95,6 +95,12 @@ bool ReportEngine::Run(const QStringList& keys)
             m_missing << keys[k];
             continue;
         }
+        m_values.push_back(std::move(values));
+        m_printed << keys[k];
+    }
+    // Totals need every record before any band is fitted.
+    data.ApplyTotals(m_values);
+    for (const RecordValues& values : m_values) {
         std::vector<std::vector<ItemLook>> bands;
         std::vector<double> h;
         for (const ReportLayout::Band& band : m_sections.detail) {
@@ -102,10 +108,8 @@ bool ReportEngine::Run(const QStringList& keys)
             h.push_back(ReportLayout::FitBand(band, m_report, looks, px));
             bands.push_back(std::move(looks));
         }
-        m_values.push_back(std::move(values));
         m_detail.push_back(std::move(bands));
         heights.push_back(std::move(h));
-        m_printed << keys[k];
     }
     if (!report(total, total))
         return false;

@@ -2,6 +2,7 @@
 
 #include "entry/Prompts.h"
 #include "output/ReportData.h"
+#include "render/Format.h"
 #include "output/ReportEngine.h"
 
 #include <QPrintPreviewDialog>
@@ -120,6 +121,42 @@ private slots:
                                     [](const QString& n) { return n == "OwnerName" ? QString("O'Neil") : QString("240004"); }),
                  QString("SELECT A FROM T WHERE N = 'O''Neil' AND L = 240004"));
         QCOMPARE(SubReportParameters("%A% and %B% and 50%"), (QStringList{"A", "B"}));
+    }
+
+    void functionFieldsShowTotalsOfTheRecords()
+    {
+        if (!HavePdfToText())
+            QSKIP("pdftotext is not installed");
+        ReportFixture f;
+        f.page.SetHeaderFooter(940);
+        f.page.MovePageFooterBar(3220);
+        f.add(ObjType::Field, "ListNum", 1, 1000, 0);
+        const int functions[] = {1, 2, 3, 4, 5}; // Sum, Average, Minimum, Maximum, Count
+        for (int k = 0; k < 5; ++k)
+            clsRptControl::SetProp(f.add(ObjType::Field, "ListPrice", 2, 3300 + 300 * k, 0), "FunctionType", functions[k]);
+        QVERIFY(f.doc.SaveReport(path("totals.rdf"), false));
+
+        std::vector<double> prices;
+        for (const QString& key : m_keys) {
+            auto rs = gHost->Database().OpenRecordset(1, "SELECT ListPrice FROM Listings WHERE ListNum = " + key + ";", 3, 1, 1);
+            prices.push_back(rs->Fields(0).toDouble());
+        }
+        const double sum = prices[0] + prices[1] + prices[2];
+        const auto money = [](double v) { return Format(QVariant(v), "Currency"); };
+
+        ReportEngine engine;
+        ReportOptions o;
+        o.newPagePerRecord = false;
+        engine.SetOptions(o);
+        engine.Load(path("totals.rdf"));
+        QVERIFY(engine.Run(m_keys));
+        QVERIFY(engine.WritePdf(path("totals.pdf")));
+        const QString text = PdfPages(path("totals.pdf")).join('\f');
+        const QStringList expected{money(sum), money(sum / 3), money(*std::min_element(prices.begin(), prices.end())),
+                                   money(*std::max_element(prices.begin(), prices.end()))};
+        for (const QString& s : expected)
+            QVERIFY2(text.contains(s), qPrintable(s + " missing from:\n" + text));
+        QVERIFY2(QRegularExpression("(^|\\s)3(\\s|$)").match(text).hasMatch(), qPrintable(text)); // the count
     }
 
     void missingAndUnsafeKeys()
