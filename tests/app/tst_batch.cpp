@@ -1,4 +1,5 @@
 // The batch commands, run as a user runs them: the real executable on real demo data.
+#include "AppRun.h"
 #include "design/OffscreenPage.h"
 #include "document/RdfFile.h"
 #include "document/clsRptControl.h"
@@ -14,18 +15,6 @@
 
 namespace {
 
-struct Run {
-    int code = -1;
-    QString out, err;
-};
-
-Run pagewright(const QStringList& args)
-{
-    QProcess p;
-    p.start(QStringLiteral(PW_APP), args);
-    p.waitForFinished(120000);
-    return {p.exitCode(), QString::fromLocal8Bit(p.readAllStandardOutput()), QString::fromLocal8Bit(p.readAllStandardError())};
-}
 
 QByteArray readAll(const QString& p)
 {
@@ -112,7 +101,7 @@ private slots:
     {
         QFETCH(QString, key);
         const QString log = dir.filePath("sql-" + key + ".log");
-        const Run r = pagewright({"dataview", report, "--key", key, "--data", data, "--sql-log", log});
+        const AppRun r = RunPagewright({"dataview", report, "--key", key, "--data", data, "--sql-log", log});
         QCOMPARE(r.code, 0);
         const auto items = parse(r.out);
         QCOMPARE(items.size(), 9);
@@ -144,17 +133,17 @@ private slots:
 
     void hiddenStatusIsNotFound()
     {
-        const Run r = pagewright({"dataview", report, "--key", "240002", "--data", data});
+        const AppRun r = RunPagewright({"dataview", report, "--key", "240002", "--data", data});
         QCOMPARE(r.code, 1);
         QCOMPARE(r.out.trimmed(), QString("240002 Not Found"));
-        const Run missing = pagewright({"dataview", report, "--key", "999999", "--data", data});
+        const AppRun missing = RunPagewright({"dataview", report, "--key", "999999", "--data", data});
         QCOMPARE(missing.code, 1);
         QCOMPARE(missing.out.trimmed(), QString("999999 Not Found"));
     }
 
     void unsafeKeysAreRefused()
     {
-        const Run r = pagewright({"dataview", report, "--key", "1 OR 1=1", "--data", data});
+        const AppRun r = RunPagewright({"dataview", report, "--key", "1 OR 1=1", "--data", data});
         QCOMPARE(r.code, 2);
         QVERIFY(r.err.contains("Invalid entry"));
     }
@@ -162,18 +151,18 @@ private slots:
     void dumpAndResave()
     {
         const QString dump = dir.filePath("flyer.txt");
-        Run r = pagewright({"dump", report, dump});
+        AppRun r = RunPagewright({"dump", report, dump});
         QCOMPARE(r.code, 0);
         const QByteArray text = readAll(dump);
         QVERIFY(text.startsWith("Report MyReport\r\nItems            =  9 \r\nBegin Field City\r\n   DicId         =  12 \r\n"));
         const QString again = dir.filePath("again.rdf");
-        r = pagewright({"resave", report, again, "--data", data});
+        r = RunPagewright({"resave", report, again, "--data", data});
         QCOMPARE(r.code, 0);
         QCOMPARE(readAll(again), readAll(report));
-        r = pagewright({"resave", report, dir.filePath("static.rdf"), "--static", "--data", data});
+        r = RunPagewright({"resave", report, dir.filePath("static.rdf"), "--static", "--data", data});
         QCOMPARE(r.code, 0);
         QCOMPARE(RdfLoadFile(dir.filePath("static.rdf")).items[0].kind, RdfKind::Label);
-        r = pagewright({"dump", dir.filePath("missing.rdf"), dump});
+        r = RunPagewright({"dump", dir.filePath("missing.rdf"), dump});
         QCOMPARE(r.code, 1);
         QVERIFY(r.err.contains("Report Designer File error: Error: 53"));
     }

@@ -1,23 +1,7 @@
+#include "AppRun.h"
 #include "support_report.h"
 
 #include <QtTest>
-
-namespace {
-
-struct Run {
-    int code = -1;
-    QString out, err;
-};
-
-Run pagewright(const QStringList& args)
-{
-    QProcess p;
-    p.start(QStringLiteral(PW_APP), args);
-    p.waitForFinished(120000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
-
-} // namespace
 
 class TestRenderCommand : public QObject {
     Q_OBJECT
@@ -38,7 +22,7 @@ private slots:
     void rendersPagesAndKeys()
     {
         const QString pdf = m_tmp.filePath("out.pdf");
-        const Run r = pagewright({"render", m_report, "--key", m_keys[0], "--key", m_keys[1], "--pdf", pdf, "--data", DemoFolder()});
+        const AppRun r = RunPagewright({"render", m_report, "--key", m_keys[0], "--key", m_keys[1], "--pdf", pdf, "--data", DemoFolder()});
         QVERIFY2(r.code == 0, qPrintable(r.err));
         QVERIFY(r.out.startsWith("Pages: 2\nKeys: " + m_keys.join(' ') + "\n"));
         if (HavePdfToText())
@@ -48,7 +32,7 @@ private slots:
     void aMissingKeyDoesNotStopTheOthers()
     {
         const QString pdf = m_tmp.filePath("some.pdf");
-        const Run r = pagewright({"render", m_report, "--key", "999999", "--key", m_keys[1], "--pdf", pdf, "--data", DemoFolder()});
+        const AppRun r = RunPagewright({"render", m_report, "--key", "999999", "--key", m_keys[1], "--pdf", pdf, "--data", DemoFolder()});
         QVERIFY2(r.code == 0, qPrintable(r.err));
         QVERIFY2(r.out.startsWith("999999 Not Found\nPages: 1\nKeys: " + m_keys[1] + "\n"), qPrintable(r.out));
         QVERIFY(QFileInfo(pdf).size() > 0);
@@ -81,7 +65,7 @@ private slots:
         QStringList args{"render", report, "--pdf", pdf, "--data", DemoFolder()};
         if (what != "nokey")
             args << "--key" << (what == "missing" ? "999999" : m_keys[0]);
-        const Run r = pagewright(args);
+        const AppRun r = RunPagewright(args);
         QCOMPARE(r.code, code);
         QCOMPARE(r.out, stdoutText);
         bool found = false; // Qt may add its own warnings around the message
