@@ -46,7 +46,7 @@ int runRender(const QStringList& argsIn)
         try {
             engine.Load(args[0]);
         } catch (const HostError& e) {
-            err(QStringLiteral("Report Designer File error: Error: %1 - %2").arg(e.Number()).arg(e.Description()));
+            err(QStringLiteral("Report Designer File error: ") + e.Text());
             return 1;
         }
         QElapsedTimer timer;
@@ -62,7 +62,7 @@ int runRender(const QStringList& argsIn)
         std::printf("Keys: %s\n", qPrintable(engine.PrintedKeys().join(QLatin1Char(' '))));
         std::printf("Time: %lld ms\n", static_cast<long long>(timer.elapsed()));
     } catch (const HostError& e) {
-        err(QStringLiteral("Error: %1 - %2").arg(e.Number()).arg(e.Description()));
+        err(e.Text());
         return 1;
     }
     return 0;

@@ -17,8 +17,6 @@ namespace {
 
 void err(const QString& text) { std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData()); }
 
-QString describe(const HostError& e) { return QStringLiteral("Error: %1 - %2").arg(e.Number()).arg(e.Description()); }
-
 // The host of a data folder, prepared on first use.
 std::unique_ptr<EmbeddedHost> openHost(QStringList& args)
 {
@@ -74,7 +72,7 @@ int runDump(const QStringList& argsIn)
         }
         b.doc.DmpReport(args[1]);
     } catch (const HostError& e) {
-        err(QStringLiteral("Report Designer File error: ") + describe(e));
+        err(QStringLiteral("Report Designer File error: ") + e.Text());
         return 1;
     }
     return 0;
@@ -100,7 +98,7 @@ int runResave(const QStringList& argsIn)
         }
         return b.doc.SaveReport(args[1], isStatic) ? 0 : 1;
     } catch (const HostError& e) {
-        err(describe(e));
+        err(e.Text());
         return 1;
     }
 }
@@ -149,7 +147,7 @@ int runDataview(const QStringList& argsIn)
             std::printf("%s\t%s\t%s\n", qPrintable(r.Name), qPrintable(kindName(r.ObjectType)), shown.toLocal8Bit().constData());
         }
     } catch (const HostError& e) {
-        err(describe(e));
+        err(e.Text());
         return 1;
     }
     return 0;

@@ -105,7 +105,7 @@ void RptImage::SetFileName(const QString& path)
             m_picture = LoadPictureFile(m_fileName);
         } catch (const HostError& e) {
             // The path is kept and the item keeps the picture it had.
-            MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+            MsgBox(e.Text(),
                    Mb::OKOnly);
         }
     }

@@ -161,7 +161,7 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
         try {
             m_dic = gHost->NewFieldDictionary(DictionaryKindOf(m_menuSwitch));
         } catch (const HostError& e) {
-            MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+            MsgBox(e.Text(),
                    Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
         }
     }

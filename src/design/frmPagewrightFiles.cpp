@@ -133,7 +133,7 @@ void frmPagewright::SetReport(const QString& pReportFile, const QString& pReport
         }
     } catch (const HostError& e) {
         SetMousePointer(0);
-        MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+        MsgBox(e.Text(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
     }
     UpdateCaption();

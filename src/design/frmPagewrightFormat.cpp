@@ -169,7 +169,7 @@ void frmPagewright::SelectPropertyCommand()
         try {
             m_doc->RefreshData(m_doc->AutoFillId);
         } catch (const HostError& e) {
-            MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+            MsgBox(e.Text(),
                    Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
         }
     }

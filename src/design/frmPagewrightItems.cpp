@@ -129,7 +129,7 @@ void frmPagewright::CreateNewObject(const QString& DataField, const QRectF& band
         if (m_doc->RptItemCount() > before)
             m_doc->Delete(m_doc->RptItemCount());
         m_bar->ResetToolButtons();
-        MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+        MsgBox(e.Text(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
         return;
     }

@@ -300,7 +300,7 @@ bool clsRptControl::SaveReport(const QString& FileName, bool pStaticReport)
         h.pictureCount = qint32(rep.pictures.size());
         RdfSaveFile(FileName, rep);
     } catch (const HostError& e) {
-        MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+        MsgBox(e.Text(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Save Report Error"));
         return false;
     }
@@ -473,7 +473,7 @@ void clsRptControl::EditCopyControls()
         RdfSaveFile(m_copyBuffer, rep);
         EditControlsPasted = true;
     } catch (const HostError& e) {
-        MsgBox(QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description(),
+        MsgBox(e.Text(),
                Mb::OKOnly | Mb::Critical, QStringLiteral("Copy"));
     }
     SetEdit();

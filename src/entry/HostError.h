@@ -9,6 +9,8 @@ public:
         : std::runtime_error(description.toStdString()), m_number(number), m_description(description) {}
     int Number() const { return m_number; }
     QString Description() const { return m_description; }
+    // How every message box and batch command shows a failure: "Error: N - description".
+    QString Text() const { return QStringLiteral("Error: ") + QString::number(m_number) + QStringLiteral(" - ") + m_description; }
 
 private:
     int m_number;

@@ -199,7 +199,7 @@ QString ReportData::subReportText(const RdfItem& item, const Recordset* record) 
         return lines.join(QLatin1Char('\n'));
     } catch (const HostError& e) {
         // One bad sub-report shows its error where it stands; the rest of the page still prints.
-        return QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description();
+        return e.Text();
     }
 }
 

@@ -11,11 +11,6 @@
 
 namespace {
 
-QString errorText(const HostError& e)
-{
-    return QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description();
-}
-
 constexpr int kPaneMargin = 8;
 
 } // namespace
@@ -178,13 +173,13 @@ bool ReportPrintForm::PrintList(const QStringList& keys, int firstCopy, bool col
     try {
         engine.Load(m_file);
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Report Designer File error"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Report Designer File error"));
         return false;
     }
     try {
         engine.Run(recordKeys);
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
         return false;
     }
     if (!engine.MissingKeys().isEmpty()) {
@@ -212,7 +207,7 @@ bool ReportPrintForm::PrintList(const QStringList& keys, int firstCopy, bool col
         // A printer that makes its own copies gets one set; a PDF file gets every copy.
         return engine.PrintTo(m_printer, m_printer.supportsMultipleCopies() ? 1 : m_copies);
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
         return false;
     }
 }

@@ -11,15 +11,6 @@
 #include <QPrinterInfo>
 #include <QProgressDialog>
 
-namespace {
-
-QString errorText(const HostError& e)
-{
-    return QStringLiteral("Error: ") + QString::number(e.Number()) + QStringLiteral(" - ") + e.Description();
-}
-
-} // namespace
-
 std::unique_ptr<QPrintPreviewDialog> NewReportPreview(ReportEngine& engine, QPrinter& printer, QWidget* parent)
 {
     auto dlg = std::make_unique<QPrintPreviewDialog>(&printer, parent);
@@ -28,7 +19,7 @@ std::unique_ptr<QPrintPreviewDialog> NewReportPreview(ReportEngine& engine, QPri
         try {
             engine.PrintTo(*p);
         } catch (const HostError& e) {
-            MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+            MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
         }
     });
     return dlg;
@@ -54,14 +45,14 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
     try {
         engine.Load(reportFile);
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Report Designer File error"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Report Designer File error"));
         return false;
     }
     try {
         if (!engine.Run({key}))
             return false;
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
         return false;
     }
     if (!engine.MissingKeys().isEmpty()) {
@@ -92,7 +83,7 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
     try {
         return engine.PrintTo(printer);
     } catch (const HostError& e) {
-        MsgBox(errorText(e), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
         return false;
     }
 }
