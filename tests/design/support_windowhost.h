@@ -152,3 +152,20 @@ inline QString WritePicture(const QString& path)
     return path;
 }
 
+
+// The record prompt, scripted: every key it is asked with is kept; while answer is set it
+// chooses listing 240001, otherwise it is cancelled.
+struct ScriptedRecordPrompt {
+    QStringList asked;
+    bool answer = false;
+    ScriptedRecordPrompt()
+    {
+        SetPropertyPrompt([this](clsRptControl& doc, const QString& key) {
+            asked << key;
+            if (answer)
+                doc.AutoFillId = QStringLiteral("240001");
+            return answer;
+        });
+    }
+    ~ScriptedRecordPrompt() { SetPropertyPrompt(nullptr); }
+};

@@ -204,41 +204,33 @@ private slots:
     void dataViewAsksForTheRecordFirst()
     {
         Formatted f;
-        QStringList asked;
-        bool answer = false;
-        SetPropertyPrompt([&](clsRptControl& doc, const QString& key) {
-            asked << key;
-            if (answer)
-                doc.AutoFillId = QStringLiteral("240001");
-            return answer;
-        });
+        ScriptedRecordPrompt record;
         Tool(*f.w, "miDataView"); // cancelled: nothing changes
-        QCOMPARE(asked, QStringList{QString()});
+        QCOMPARE(record.asked, QStringList{QString()});
         QVERIFY(f.w->Commands().IsChecked(u"miTemplateView"));
         QVERIFY(!f.w->Document().DataView);
 
-        answer = true;
+        record.answer = true;
         Tool(*f.w, "miDataView");
         QVERIFY(f.w->Document().DataView);
         QVERIFY(f.w->Commands().IsChecked(u"miDataView") && !f.w->Commands().IsChecked(u"miTemplateView"));
         QVERIFY(f.w->windowTitle().endsWith(QStringLiteral(" #240001")));
         Tool(*f.w, "miDataView"); // already checked: nothing, and no second question
-        QCOMPARE(asked.size(), 2);
+        QCOMPARE(record.asked.size(), 2);
 
         Tool(*f.w, "miTemplateView");
         QVERIFY(!f.w->Document().DataView);
         QVERIFY(f.w->Commands().IsChecked(u"miTemplateView"));
         // With a record known, the switch asks nothing.
         Tool(*f.w, "miDataView");
-        QCOMPARE(asked.size(), 2);
+        QCOMPARE(record.asked.size(), 2);
         QVERIFY(f.w->Document().DataView);
 
         // Select Property always asks, with the key as it stands, and stays in data view.
         Tool(*f.w, "miTemplateView");
         Tool(*f.w, "miSelectProperty");
-        QCOMPARE(asked.last(), QStringLiteral("240001"));
+        QCOMPARE(record.asked.last(), QStringLiteral("240001"));
         QVERIFY(f.w->Document().DataView && f.w->Commands().IsChecked(u"miDataView"));
-        SetPropertyPrompt(nullptr);
     }
 };
 

@@ -76,20 +76,13 @@ private slots:
         QVERIFY(w->Document().DirtyFlag);
         const QStringList before = TempLeftovers(m_tmp.path()); // the document's copy buffer
 
-        QStringList asked;
-        bool answer = false;
-        SetPropertyPrompt([&](clsRptControl& doc, const QString& key) {
-            asked << key;
-            if (answer)
-                doc.AutoFillId = QStringLiteral("240001");
-            return answer;
-        });
+        ScriptedRecordPrompt record;
         Tool(*w, "printpreview"); // no record chosen: nothing is printed
-        QCOMPARE(asked, QStringList{QString()});
+        QCOMPARE(record.asked, QStringList{QString()});
         QVERIFY(engine.runs.isEmpty());
         QCOMPARE(TempLeftovers(m_tmp.path()), before);
 
-        answer = true;
+        record.answer = true;
         Tool(*w, "printpreview");
         QCOMPARE(engine.runs.size(), 1);
         const Run run = engine.runs[0];
@@ -108,11 +101,10 @@ private slots:
         // With the record known, printing asks nothing more.
         Tool(*w, "print");
         Tool(*w, "PrintFromFileMenu");
-        QCOMPARE(asked.size(), 2);
+        QCOMPARE(record.asked.size(), 2);
         QCOMPARE(engine.runs.size(), 3);
         QVERIFY(!engine.runs[1].request.preview && !engine.runs[1].request.printDialog);
         QVERIFY(!engine.runs[2].request.preview && engine.runs[2].request.printDialog);
-        SetPropertyPrompt(nullptr);
         host.prompts.answers.push_back(Mb::No); // the save question on close
     }
 
