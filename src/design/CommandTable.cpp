@@ -34,8 +34,9 @@ constexpr CommandDef Menu(const char* name, const char* caption, const char* ban
     return Cmd(name, "", "Built-in Menus", caption, "", ToolKind::Menu, kNoKey, band);
 }
 
-#define PW_COLOR(n)                                                                                   \
-    CommandDef{.name = "cpColor" #n, .toolTip = "", .category = "ColorPalette", .caption = "Color" #n, \
+// Palette colours are captioned with the colour's name: a swatch alone does not say which it is.
+#define PW_COLOR(n, colourName)                                                                      \
+    CommandDef{.name = "cpColor" #n, .toolTip = colourName, .category = "ColorPalette", .caption = colourName, \
                .description = "", .kind = ToolKind::PaletteColor, .shortcut = kNoKey, .currentTool = -1, \
                .picture = PictureMode::None, .opensBand = nullptr, .paletteIndex = n}
 
@@ -77,7 +78,9 @@ constexpr std::array kCommands{
     Tool("miSelectByArea", "Select all controls within an area", "Group Select", "", 12, PictureMode::None,
          nullptr, "Edit"),
     // No Delete shortcut: the items take the Delete key themselves.
-    Cmd("miDeleteObject", "Delete", "Edit", "Delete", ""),
+    // The Delete key deletes the selection wherever the keyboard focus is in the window; a text
+    // box that has the focus keeps the key for itself.
+    Cmd("miDeleteObject", "Delete", "Edit", "Delete", "", B, QKeySequence::Delete),
 
     Cmd("miDataView", "Show property data", "View", "Data View", "", C),
     Cmd("miTemplateView", "Template View", "View", "Template", "View normal", C),
@@ -129,9 +132,10 @@ constexpr std::array kCommands{
     Cmd("miClearDataSource", "Clear Dic data source field when saving report", "Toolbox",
         "Clear Data Source on Save", "", T),
 
-    PW_COLOR(0), PW_COLOR(1), PW_COLOR(2), PW_COLOR(3), PW_COLOR(4), PW_COLOR(5), PW_COLOR(6), PW_COLOR(7),
-    PW_COLOR(8), PW_COLOR(9), PW_COLOR(10), PW_COLOR(11), PW_COLOR(12), PW_COLOR(13), PW_COLOR(14),
-    PW_COLOR(15),
+    PW_COLOR(0, "Black"), PW_COLOR(1, "Navy"), PW_COLOR(2, "Green"), PW_COLOR(3, "Teal"),
+    PW_COLOR(4, "Maroon"), PW_COLOR(5, "Purple"), PW_COLOR(6, "Olive"), PW_COLOR(7, "Silver"),
+    PW_COLOR(8, "Gray"), PW_COLOR(9, "Blue"), PW_COLOR(10, "Lime"), PW_COLOR(11, "Aqua"),
+    PW_COLOR(12, "Red"), PW_COLOR(13, "Fuchsia"), PW_COLOR(14, "Yellow"), PW_COLOR(15, "White"),
 };
 #undef PW_COLOR
 

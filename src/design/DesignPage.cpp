@@ -37,7 +37,20 @@ public:
         m_length = len;
     }
     QRectF boundingRect() const override { return {0, 0, m_length, m_length}; }
-    void paint(QPainter* p, const QStyleOptionGraphicsItem*, QWidget*) override { p->fillRect(boundingRect(), Qt::white); }
+    void paint(QPainter* p, const QStyleOptionGraphicsItem*, QWidget*) override
+    {
+        // Off the paper: mid grey; the paper's margins: light grey; the printable area: white.
+        const QRectF all = boundingRect();
+        p->fillRect(all, QColor(160, 160, 160));
+        p->fillRect(all.intersected(m_page->PaperRect()), QColor(224, 224, 224));
+        const QRectF printable = all.intersected(m_page->PrintableRect());
+        p->fillRect(printable, Qt::white);
+        QPen pen(QColor(96, 96, 96), 0, Qt::DashLine);
+        pen.setCosmetic(true);
+        p->setPen(pen);
+        p->setBrush(Qt::NoBrush);
+        p->drawRect(printable);
+    }
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* e) override
@@ -173,6 +186,7 @@ void DesignPage::PlaceBars()
     m_pageFooterBar->setPos(0, m_footerOffset - BarHeight);
     m_pageHeaderBar->setVisible(m_headerShown);
     m_pageFooterBar->setVisible(m_footerShown);
+    m_surface->update();
 }
 
 void DesignPage::PlaceDetailBar(float offset)
@@ -241,3 +255,31 @@ QPointF DesignPage::ScrollPosition() const
 
 QPointF DesignPage::PagePoint(QPoint px) const { return m_view->mapToScene(px); }
 QPoint DesignPage::ViewportPixel(QPointF p) const { return m_view->mapFromScene(p); }
+
+void DesignPage::SetPaper(QSizeF paper, QMarginsF margins)
+{
+    if (paper == m_paper && margins == m_margins)
+        return;
+    m_paper = paper;
+    m_margins = margins;
+    m_surface->update();
+}
+
+QRectF DesignPage::PrintableRect() const
+{
+    // The page starts at the top-left margin. Across, the printable width; down, one page's
+    // printable height plus the section bars that lie within it (they take no paper).
+    const double width = std::max(0.0, m_paper.width() - m_margins.left() - m_margins.right());
+    double height = std::max(0.0, m_paper.height() - m_margins.top() - m_margins.bottom());
+    if (m_headerShown && m_detailOffset - BarHeight < height)
+        height += BarHeight;
+    if (m_footerShown && m_footerOffset - BarHeight < height)
+        height += BarHeight;
+    return {0, 0, width, height};
+}
+
+QRectF DesignPage::PaperRect() const
+{
+    const QRectF p = PrintableRect();
+    return p.adjusted(0, 0, m_margins.right(), m_margins.bottom());
+}

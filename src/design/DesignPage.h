@@ -10,6 +10,7 @@
 #include "design/DesignGeometry.h"
 
 #include <QGraphicsView>
+#include <QMarginsF>
 #include <QPointer>
 #include <QWidget>
 
@@ -62,6 +63,14 @@ public:
     void SetGuides(QPointF pagePoint);
     void HideGuides();
 
+    // The paper the report prints on (twips) and its margins: the page shows the printable
+    // area white and what lies outside it grey, so the user sees what fits.
+    void SetPaper(QSizeF paper, QMarginsF margins);
+    // The printable area on the page (page twips; its top-left is the page's origin), and where
+    // the paper itself ends.
+    QRectF PrintableRect() const;
+    QRectF PaperRect() const;
+
     QGraphicsRectItem* Band() const { return m_band; }
     void ShowBand(const QRectF& rect);
     void HideBand();
@@ -98,6 +107,8 @@ private:
     SectionBar* m_pageFooterBar;
     QGraphicsRectItem* m_band;
     double m_pageLength = 14 * 1440.0;
+    QSizeF m_paper{12240, 15840}; // Letter
+    QMarginsF m_margins{720, 1080, 720, 1080};
     float m_detailOffset = 0;
     float m_footerOffset = 0;
     bool m_headerShown = false;

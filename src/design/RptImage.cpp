@@ -110,8 +110,9 @@ void RptImage::SetFileName(const QString& path)
         }
     }
     Layout();
-    m_holderVisible = false;
-    m_imageVisible = true;
+    // A bound picture without a photo for the record still shows where the photo goes.
+    m_holderVisible = m_picture.isNull() && m_dataBound;
+    m_imageVisible = !m_holderVisible;
     update();
     emit PropertyChanged(QStringLiteral("FileName"));
 }

@@ -4,6 +4,7 @@
 #include "render/Format.h"
 #include "render/ItemLayout.h"
 
+#include <QPainter>
 #include <cmath>
 
 RptTextBox::RptTextBox(QGraphicsItem* parent)
@@ -190,11 +191,73 @@ void RptTextBox::SetShowOutline(bool v)
 
 QRectF RptTextBox::LabelRect() const
 {
-    return ItemLayout::TextLayout(boundingRect().size(), m_borderTwips, m_borderStyle, m_effect, PixelTwips()).label;
+    return ItemLayout::TextLayout(QSizeF(Width(), Height()), m_borderTwips, m_borderStyle, m_effect, PixelTwips()).label;
+}
+
+void RptTextBox::SetMarkerKind(int objectType)
+{
+    prepareGeometryChange();
+    m_markerKind = objectType == 6 || objectType == 7 || objectType == 9 ? objectType : 0;
+    update();
+}
+
+QString RptTextBox::MarkerCaption() const
+{
+    if (!m_shown.isEmpty())
+        return m_shown;
+    switch (m_markerKind) {
+    case 6: return QStringLiteral("Page Break");
+    case 7: return QStringLiteral("Sub Report");
+    case 9: return QStringLiteral("Section Break");
+    default: return QString();
+    }
+}
+
+QRectF RptTextBox::boundingRect() const
+{
+    QRectF r(0, 0, Width(), Height());
+    if (m_markerKind == 6 || m_markerKind == 9)
+        r.setHeight(std::max(r.height(), MarkerHeight));
+    return r;
+}
+
+void RptTextBox::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
+{
+    if (m_markerKind == 0) {
+        RptItemControl::paint(painter, option, widget);
+        return;
+    }
+    const double px = PixelTwips();
+    QPen pen(QColor(0, 0, 160), 0, Qt::DashLine);
+    pen.setCosmetic(true);
+    if (m_markerKind == 7) {
+        // A sub-report shows what it is like any text item, inside a dashed frame.
+        RptItemControl::paint(painter, option, widget);
+        painter->save();
+        painter->setPen(pen);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(QRectF(0, 0, Width(), Height()).adjusted(px / 2, px / 2, -px / 2, -px / 2));
+        painter->restore();
+        return;
+    }
+    // A break is a dashed line along its top with its caption under it, across the page.
+    painter->save();
+    painter->setPen(pen);
+    painter->drawLine(QPointF(0, px / 2), QPointF(Width(), px / 2));
+    QFont f(QStringLiteral("Arial"));
+    f.setPointSizeF(7);
+    painter->setFont(f);
+    painter->setPen(QColor(0, 0, 160));
+    painter->drawText(QRectF(0, px, std::max<double>(Width(), 600), MarkerHeight - px),
+                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, MarkerCaption());
+    painter->restore();
 }
 
 std::optional<QPointF> RptTextBox::MousePart(QPointF point, bool moveOnly) const
 {
+    // A break is grabbed anywhere on its marker.
+    if ((m_markerKind == 6 || m_markerKind == 9) && boundingRect().contains(point))
+        return QPointF(0, 0);
     // The label reports everything; the frame around it only plain moves.
     const QRectF label = LabelRect();
     if (label.contains(point))
@@ -208,7 +271,7 @@ ItemLook RptTextBox::Look() const
 {
     ItemLook l;
     l.kind = ItemKind::Text;
-    l.rect = boundingRect();
+    l.rect = QRectF(0, 0, Width(), Height());
     l.text = m_shown;
     l.fontName = m_fontName;
     l.fontSize = m_fontSize;

@@ -99,6 +99,18 @@ public:
 
     ItemLook Look() const override;
 
+    // Break and sub-report items (page break 6, sub-report 7, section break 9) carry a design
+    // marker: a dashed line or frame with a caption, drawn on the page whatever the view or the
+    // outline setting, never printed. 0 for every other kind.
+    int MarkerKind() const { return m_markerKind; }
+    void SetMarkerKind(int objectType);
+    // Caption of the marker: the item's text, else what the item is.
+    QString MarkerCaption() const;
+    // Taller than the item for a break, whose 1-twip height would leave nothing to see or click.
+    QRectF boundingRect() const override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    static constexpr double MarkerHeight = 240; // twips
+
 protected:
     std::optional<QPointF> MousePart(QPointF point, bool moveOnly) const override;
     void HeightGiven(double height) override { m_designHeight = float(height); }
@@ -126,4 +138,5 @@ private:
     int m_backStyle = ItemCode::BackTransparent;
     bool m_showOutline = false;
     float m_designHeight = 0;
+    int m_markerKind = 0;
 };

@@ -311,10 +311,12 @@ void clsResize::MouseDown(QObject* source, int Button, int Shift, float X, float
 
 int clsResize::gridStep(float delta, float grid) const
 {
-    // Whole twips only, so repeated steps never drift off the grid.
+    // Whole twips only, so repeated steps never drift off the grid. A pointer that jumps several
+    // steps between two events (a fast drag) moves by all of them; the part of a step left over
+    // waits for the next event, so the item lands on the step nearest the pointer.
     const long d = std::lround(delta);
     const long g = std::max(1L, std::lround(grid));
-    return d != 0 && d % g == 0 ? int(d) : 0;
+    return int(d - d % g);
 }
 
 void clsResize::MouseMove(float X, float Y)
@@ -339,7 +341,7 @@ void clsResize::dragStep(float X, float Y)
         m_stopRight.reset();
         if (const int step = gridStep(m_lastX - X, m_gridX)) {
             dx = step;
-            m_lastX = X;
+            m_lastX -= float(step);
             if (dx > 0 && m_bounds.left() - dx < 0) {
                 dx = std::max(0.0, m_bounds.left());
                 m_stopLeft = X;
@@ -356,7 +358,7 @@ void clsResize::dragStep(float X, float Y)
         m_stopBottom.reset();
         if (const int step = gridStep(m_lastY - Y, m_gridY)) {
             dy = step;
-            m_lastY = Y;
+            m_lastY -= float(step);
             if (dy > 0 && m_bounds.top() - dy < 0) {
                 dy = std::max(0.0, m_bounds.top());
                 m_stopTop = Y;
@@ -471,12 +473,10 @@ void clsResize::ResizeHandle_MouseMove(int Index, int Button, float X, float Y)
     }
     if (Index < 0 || Index >= DragBox::HandleCount || !m_resizeArmed || m_busy || !(Button & LeftButton))
         return;
-    int dx = gridStep(m_lastX - X, m_gridX);
-    int dy = gridStep(m_lastY - Y, m_gridY);
-    if (dx)
-        m_lastX = X;
-    if (dy)
-        m_lastY = Y;
+    const int dx = gridStep(m_lastX - X, m_gridX);
+    const int dy = gridStep(m_lastY - Y, m_gridY);
+    m_lastX -= float(dx);
+    m_lastY -= float(dy);
     if (!dx && !dy)
         return;
     m_busy = true;

@@ -23,6 +23,8 @@
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QLineEdit>
+#include <QStyle>
+#include <QToolBar>
 
 using namespace DesignGeometry;
 
@@ -65,6 +67,12 @@ frmPagewright::frmPagewright(QWidget* parent)
     if (HasReportRunner())
         tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu");
     m_bar->SetImplemented(tools);
+    // Wide enough for the top tool bars: a tool pushed into the overflow menu is a tool lost.
+    int barsWidth = 0;
+    for (QToolBar* b : findChildren<QToolBar*>())
+        if (toolBarArea(b) == Qt::TopToolBarArea)
+            barsWidth = std::max(barsWidth, b->sizeHint().width());
+    resize(std::max(width(), barsWidth + 2 * style()->pixelMetric(QStyle::PM_ToolBarHandleExtent)), height());
     m_page = new DesignPage(this);
     setCentralWidget(m_page);
 
@@ -188,7 +196,10 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
         if (m_props->isVisible())
             m_props->LoadProperties();
     });
+    // Whatever moved or resized the selection (mouse, handles, keys), the sheet shows it.
+    connect(m_sel.get(), &clsResize::itemsMoved, this, &frmPagewright::RefreshPropertySheet);
     connect(m_doc.get(), &clsRptControl::itemsChanged, this, [this] {
+        ShowPaper(); // a report loaded or cleared brings its own margins
         RefreshObjectNames();
         if (m_bar->IsChecked(u"miShowOutline"))
             ApplyOutlines();
@@ -224,7 +235,12 @@ QObject* frmPagewright::LoadItemControl(int objectType)
     case ObjType::Box: c = new Rectangle; break;
     case ObjType::Line: c = new RptLine; break;
     case ObjType::Image: c = new RptImage; break;
-    default: c = new RptTextBox; break;
+    default: {
+        auto* text = new RptTextBox;
+        text->SetMarkerKind(objectType);
+        c = text;
+        break;
+    }
     }
     m_page->Scene()->addItem(c);
     // Later items lie over earlier ones, as they were added.
@@ -309,6 +325,27 @@ void frmPagewright::ClearDrawing()
 }
 
 void frmPagewright::DrawRuler() { m_page->DrawRuler(); }
+
+void frmPagewright::FocusSelection()
+{
+    m_page->View()->setFocus();
+    const QList<QObject*> sel = m_sel->SelectedControls();
+    if (!sel.isEmpty())
+        if (auto* c = qobject_cast<RptItemControl*>(sel.first()))
+            c->setFocus();
+}
+
+void frmPagewright::ShowPaper()
+{
+    m_page->SetPaper(QSizeF(12240, 15840), // Letter, as the report engine prints
+                     QMarginsF(m_doc->LeftMargin, m_doc->TopMargin, m_doc->RightMargin, m_doc->BottomMargin));
+}
+
+void frmPagewright::RefreshPropertySheet()
+{
+    if (m_props && m_props->isVisible())
+        m_props->LoadProperties();
+}
 
 void frmPagewright::SetMousePointer(int pointer)
 {
@@ -408,6 +445,7 @@ void frmPagewright::ClipboardCommand(const QString& toolName)
         QPointF at = m_page->ScrollPosition();
         float x = float(at.x()), y = float(at.y());
         m_doc->EditPasteControls(QString(), x, y);
+        FocusSelection(); // the keys (Delete, arrows) now act on what was pasted
         return;
     }
     if (nothingSelected) {

@@ -155,6 +155,12 @@ private:
     bool PageDragEvent(QEvent* event);
     void CreateFieldList(bool show);
     void ShowPropertySheet();
+    // The page and the first selected item take the keyboard.
+    void FocusSelection();
+    // The design page shows the paper and the report's margins.
+    void ShowPaper();
+    // The sheet, when shown, reloads the selection's values after a change made elsewhere.
+    void RefreshPropertySheet();
     // Print or preview: the report goes to a temporary file and, with its record, to the
     // installed report engine (asking for the record first when there is none).
     void PrintCommand(bool preview, bool printDialog);

@@ -64,6 +64,7 @@ bool frmPagewright::FormatCommand(const QString& t)
             ShowDataView();
     } else if (t == u"miPageSetup") {
         frmPageSetup::Start(*m_doc, this);
+        ShowPaper();
     } else if (t == u"miGridSetup") {
         frmGridSetup::Start(*this, this);
     } else if (t == u"miSelectProperty") {

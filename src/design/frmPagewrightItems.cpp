@@ -105,6 +105,7 @@ void frmPagewright::InsertFile(const QRectF& band)
     float x = float(band.left()), y = float(band.top());
     try {
         m_doc->EditPasteControls(file, x, y);
+        FocusSelection();
     } catch (const HostError& e) {
         SetMousePointer(0);
         FileError(file, e.Number(), e.Description());
@@ -143,14 +144,9 @@ void frmPagewright::CreateNewObject(const QString& DataField, const QRectF& band
         m_sel->Select(c);
     SetMousePointer(0);
 
+    // Fields and labels keep the font their kind and the dictionary give them: the tools' last
+    // state belongs to the items it was used on, not to the next one.
     switch (tool) {
-    case ObjType::Field: case ObjType::Label:
-        clsRptControl::SetProp(c, "FontName", DefaultFont.family());
-        clsRptControl::SetProp(c, "Fontsize", float(DefaultFont.pointSizeF()));
-        clsRptControl::SetProp(c, "FontItalic", DefaultFont.italic());
-        clsRptControl::SetProp(c, "FontBold", DefaultFont.bold());
-        clsRptControl::SetProp(c, "FontUnderline", DefaultFont.underline());
-        break;
     case ObjType::Image: {
         const bool bound = m_bar->PictureBound();
         clsRptControl::SetProp(c, "DataBound", bound);
@@ -191,11 +187,17 @@ void frmPagewright::CreateNewObject(const QString& DataField, const QRectF& band
         break;
     }
 
+    // The tool may have moved or resized the item (a break spans the page): frame and sheet follow.
+    m_sel->RefreshDragToSource();
     c->setVisible(true);
     m_sceneTopZ += 1;
     c->setZValue(tool == ObjType::Box ? c->zValue() : m_sceneTopZ);
     m_doc->ItemRef(index).ZOrder = ++m_topZOrder;
     m_doc->DirtyFlag = true;
+    // The tools and the sheet show the item as it now is, every property set.
+    m_doc->SetIndex(index);
+    m_doc->SetUserControl(c);
+    RefreshPropertySheet();
     if (tool == ObjType::Label)
         BeginTextEdit(c);
     else
@@ -320,6 +322,7 @@ void frmPagewright::EndTextEdit(bool keep)
     }
     m_text1->clear();
     m_endingEdit = false;
+    RefreshPropertySheet();
 }
 
 bool frmPagewright::TextEditorEvent(QEvent* event)
@@ -332,8 +335,16 @@ bool frmPagewright::TextEditorEvent(QEvent* event)
             return true;
         }
         if (k->key() == Qt::Key_Escape) {
-            m_text1->setText(m_editStart);
-            m_text1->selectAll();
+            // Escape gives up the edit: the item keeps the text it had, the editor closes. A label
+            // that never had a text is given up with it, as an empty label would be.
+            const int index = clsRptControl::Prop(m_editItem, "Tag").toInt();
+            if (m_editStart.isEmpty() && m_doc->ObjectType(index) == ObjType::Label) {
+                m_text1->clear();
+                EndTextEdit(true);
+            } else {
+                EndTextEdit(false);
+            }
+            m_page->View()->setFocus();
             return true;
         }
     } else if (event->type() == QEvent::FocusOut) {
@@ -387,4 +398,5 @@ void frmPagewright::BarDropped(const QString& name, double barTop)
     }
     m_doc->DirtyFlag = true;
     DrawRuler();
+    RefreshPropertySheet(); // the selected items may have moved with the section
 }

@@ -14,11 +14,59 @@ constexpr float BarHeight = 220;
 
 QString clsRptControl::uniqueFieldName(const QString& name) const
 {
-    // On the first clash the name takes the new item count (already incremented).
-    for (const ItemRecord& r : m_items)
-        if (r.Name == name)
-            return name + QString::number(RptItemCount());
-    return name;
+    // On the first clash the name takes the new item count (already incremented); should that
+    // be taken too (a pasted or loaded item), the next free number.
+    const int self = RptItemCount();
+    if (!nameTaken(name, self))
+        return name;
+    for (int n = RptItemCount();; ++n)
+        if (!nameTaken(name + QString::number(n), self))
+            return name + QString::number(n);
+}
+
+bool clsRptControl::nameTaken(const QString& name, int except) const
+{
+    for (size_t i = 0; i < m_items.size(); ++i)
+        if (int(i) + 1 != except && m_items[i].Name == name)
+            return true;
+    return false;
+}
+
+int* clsRptControl::nameCounter(int objectType, QString& prefix)
+{
+    switch (objectType) {
+    case ObjType::Label: prefix = QStringLiteral("Label"); return &m_textBoxCount;
+    case ObjType::Box: prefix = QStringLiteral("Rect"); return &m_boxCount;
+    case ObjType::Line: prefix = QStringLiteral("Line"); return &m_lineCount;
+    case ObjType::Image: prefix = QStringLiteral("Image"); return &m_imageCount;
+    case ObjType::NewPage: prefix = QStringLiteral("NewPage"); return &m_newPageCount;
+    case ObjType::Section: prefix = QStringLiteral("Section"); return &m_sectionCount;
+    case ObjType::DateTime: prefix = QStringLiteral("DateTime"); return &m_dateSubCount;
+    case ObjType::SubReport: prefix = QStringLiteral("SubReport"); return &m_dateSubCount;
+    default: return nullptr;
+    }
+}
+
+QString clsRptControl::freeName(int index)
+{
+    const ItemRecord& rec = Item(index);
+    if (!nameTaken(rec.Name, index))
+        return rec.Name;
+    QString prefix;
+    int* counter = nameCounter(rec.ObjectType, prefix);
+    bool numbered = false;
+    if (counter && rec.Name.startsWith(prefix))
+        rec.Name.mid(prefix.size()).toInt(&numbered);
+    if (numbered) {
+        for (;;) {
+            const QString candidate = prefix + QString::number(++*counter);
+            if (!nameTaken(candidate, index))
+                return candidate;
+        }
+    }
+    for (int n = RptItemCount();; ++n)
+        if (!nameTaken(rec.Name + QString::number(n), index))
+            return rec.Name + QString::number(n);
 }
 
 void clsRptControl::applyDictionaryDefaults(ItemRecord& rec, QObject* c, int dicId)
@@ -109,6 +157,9 @@ void clsRptControl::AddNew(int NewObjectType, const QString& UserFieldName, int 
     default:
         break;
     }
+    // Counters start again with every document, but a loaded or pasted item may hold the name.
+    if (NewObjectType != ObjType::Field)
+        rec.Name = freeName(m_index);
     SetProp(c, "Tag", m_index);
     DirtyFlag = true;
     emit itemsChanged();

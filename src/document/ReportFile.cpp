@@ -516,6 +516,11 @@ void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& 
         pictureFiles << f;
     }
     const int first = buildItems(rep.items, pictureFiles);
+    // Pasted names must not repeat the report's own (nor each other's).
+    for (int i = first; i <= RptItemCount(); ++i)
+        ItemRef(i).Name = freeName(i);
+    if (first <= RptItemCount())
+        emit itemsChanged();
     if (m_sel)
         m_sel->ClearSelection();
     for (int i = first; i <= RptItemCount(); ++i) {

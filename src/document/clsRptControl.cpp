@@ -119,8 +119,14 @@ void clsRptControl::SetIndex(int index)
     if (index < 1 || index > RptItemCount())
         return;
     const ItemRecord& r = m_items[size_t(index - 1)];
-    if (r.ObjectType == ObjType::Field || r.ObjectType == ObjType::Label) {
-        QObject* c = r.control;
+    // The formatting tools show the current item, whatever kind of text it is.
+    QObject* c = r.control;
+    const QVariant effect = Prop(c, "SpecialEffect");
+    if (effect.isValid()) {
+        tool(QStringLiteral("miEffectFlat"), effect.toInt() == 0);
+        tool(QStringLiteral("miEffectShadow"), effect.toInt() == 2);
+    }
+    if (IsTextKind(r.ObjectType)) {
         toolText(QStringLiteral("fnFont"), Prop(c, "FontName").toString());
         toolText(QStringLiteral("fnFontSize"), QString::number(Prop(c, "Fontsize").toDouble()));
         tool(QStringLiteral("fnBold"), Prop(c, "FontBold").toBool());
@@ -308,4 +314,5 @@ void clsRptControl::ChangeObjectName(const QString& newName)
         m_sheet->ReplaceItemName(Item(m_index).Name, newName);
     ItemRef(m_index).Name = newName;
     DirtyFlag = true;
+    emit itemsChanged(); // the window's list of names shows the new one
 }

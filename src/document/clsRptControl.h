@@ -207,6 +207,13 @@ private:
     void toolText(const QString& name, const QString& text);
     void syncToolsFromCurrent();
     QString uniqueFieldName(const QString& name) const;
+    // Names stay unique: whether another item than `except` (an index, 0 for none) has it, and
+    // a free name for item `index` when its own is taken (a numbered name of its kind goes on
+    // with the kind's counter, any other name takes a number after it).
+    bool nameTaken(const QString& name, int except) const;
+    QString freeName(int index);
+    // The kind's counter and name prefix ("Rect", "Line", ...); null for a field.
+    int* nameCounter(int objectType, QString& prefix);
     void applyDictionaryDefaults(ItemRecord& rec, QObject* control, int dicId);
     QString GetFieldValue(const QString& column, int codeType, bool hasExpression, bool useShortText);
     // Records -> controls; shared by loading and pasting. Returns the first new index.

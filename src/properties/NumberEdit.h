@@ -20,7 +20,20 @@ public:
     // "Enter a whole number from 0 to 35000." and the like.
     QString RangeMessage() const;
 
+    // A colour edit: the stored number is a BGR colour; it is shown as "#RRGGBB" beside a swatch
+    // (a child named `swatchName`), and either form may be typed. Numbers outside the 24-bit
+    // colours (the system colours) show as they are.
+    void SetColourMode(const QString& swatchName);
+    bool ColourMode() const { return m_swatch != nullptr; }
+    QWidget* Swatch() const { return m_swatch; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    void ShowSwatch(const QVariant& bgr);
+
     double m_min, m_max;
     int m_decimals;
+    QWidget* m_swatch = nullptr;
 };

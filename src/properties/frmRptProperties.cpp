@@ -25,10 +25,13 @@ NumberEdit* NewNumberEdit(const QString& name, QWidget* parent)
         return new NumberEdit(0, 100, 2, parent);
     if (name == QLatin1String("fpPhotoSeq"))
         return new NumberEdit(0, 32767, 0, parent);
-    if (name == QLatin1String("fpForeColor") || name == QLatin1String("fpBorderColor"))
-        return new NumberEdit(0, 2147483647.0, 0, parent);
-    if (name == QLatin1String("fpBackColor"))
-        return new NumberEdit(-2147483648.0, 2147483647.0, 0, parent);
+    if (name == QLatin1String("fpForeColor") || name == QLatin1String("fpBorderColor") ||
+        name == QLatin1String("fpBackColor")) {
+        auto* edit = name == QLatin1String("fpBackColor") ? new NumberEdit(-2147483648.0, 2147483647.0, 0, parent)
+                                                          : new NumberEdit(0, 2147483647.0, 0, parent);
+        edit->SetColourMode(QStringLiteral("sw") + name.mid(2));
+        return edit;
+    }
     return new NumberEdit(0, 35000, 0, parent); // positions, sizes and the page length, in twips
 }
 } // namespace
@@ -149,6 +152,8 @@ QWidget* frmRptProperties::NewEditor(const SheetRow& def)
     }
     }
     editor->setObjectName(name);
+    // Not WheelFocus: a wheel passing over the sheet must not land in an editor.
+    editor->setFocusPolicy(Qt::StrongFocus);
     m_editors.insert(name, editor);
     return editor;
 }

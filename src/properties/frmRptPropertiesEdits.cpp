@@ -7,6 +7,9 @@
 #include "properties/frmRptProperties.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QFileInfo>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -41,6 +44,13 @@ bool frmRptProperties::eventFilter(QObject* watched, QEvent* event)
     EditorState& state = it.value();
 
     switch (event->type()) {
+    case QEvent::Wheel:
+        // A wheel over the sheet scrolls it: only an editor the user is in may take the wheel.
+        if (!editor->hasFocus()) {
+            QCoreApplication::sendEvent(m_viewport->verticalScrollBar(), event);
+            return true;
+        }
+        break;
     case QEvent::FocusIn:
         // Coming back from a list's own pop-up is not a new visit.
         if (static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {

@@ -98,7 +98,7 @@ private slots:
         row("tbInsertRectangle", "Rectangle", "Toolbox", "Rectangle", "Insert a Text box");
         row("miClearDataSource", "Clear Dic data source field when saving report", "Toolbox",
             "Clear Data Source on Save", "");
-        row("cpColor12", "", "ColorPalette", "Color12", "");
+        row("cpColor12", "Red", "ColorPalette", "Red", "");
         row("mnuFormat", "", "Built-in Menus", "Fo&rmat", "");
     }
     void toolTexts()

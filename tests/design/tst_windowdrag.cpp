@@ -134,6 +134,32 @@ private slots:
         QVERIFY(w->SelObj().Frame(a)->HandlesVisible());
     }
 
+    void fastDragAppliesTheWholeStepsItHolds()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        QObject* a = DrawBox(*w, {600, 600}, {1800, 1200});
+        const QRectF a0 = Geometry(a);
+        Click(*w, Grip(a)); // drops the lone selection: the next press takes hold of the item
+        // The pointer jumps 50 pixels (750 twips) right and 14 (210) down in one event: twelve
+        // steps across and three down are applied, the rest waits for the next event.
+        const QPointF p = Grip(a);
+        Gesture(*w, p, {p + QPointF(750, 210)});
+        QCOMPARE(Geometry(a), a0.translated(720, 180));
+        // The remainder is kept: two jumps of 45 twips make one and a half steps, so one step.
+        Click(*w, Grip(a));
+        const QPointF q = Grip(a);
+        Gesture(*w, q, {q + QPointF(45, 0), q + QPointF(90, 0)});
+        QCOMPARE(Geometry(a), a0.translated(780, 180));
+
+        // A handle pulled in one jump resizes by the whole steps too.
+        const QRectF a1 = Geometry(a);
+        const QPointF h = HandleGrip(*w, a, 5);
+        Gesture(*w, h, {h + QPointF(450, 300)});
+        QCOMPARE(Geometry(a), QRectF(a1.topLeft(), a1.size() + QSizeF(420, 300)));
+        QVERIFY(w->SelObj().Frame(a)->HandlesVisible());
+    }
+
     void lineHasTwoHandles()
     {
         WindowTestHost host;
