@@ -137,6 +137,8 @@ void frmRptProperties::Commit(QWidget* editor, EditorState& state)
         double v = 0;
         if (edit->Value(v)) {
             WriteProperty(state.prop, v);
+            if (edit->ColourMode())
+                ReadBack(editor, state.prop); // typed either way, shown in hex beside its swatch
         } else {
             MsgBox(edit->RangeMessage(), Mb::OKOnly | Mb::Exclamation, QStringLiteral("Input Error"));
             ReadBack(editor, state.prop);

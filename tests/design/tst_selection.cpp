@@ -221,9 +221,12 @@ private slots:
         QVERIFY(!sel->Frame(b)->ResizeHandle(5)->Shown());
         QCOMPARE(hLine.x(), 660.0);
         QCOMPARE(vLine.y(), 760.0);
-        // A step that is not a whole multiple is skipped; two steps at once are taken.
+        // A delta that is not a whole multiple moves by the whole steps it holds, the rest
+        // waits: 75 twips is one step and 15 to come, so 60 more make a second step.
         sel->MouseMove(235, 40);
-        QCOMPARE(sel->Frame(a)->Left(), 660.0f);
+        QCOMPARE(sel->Frame(a)->Left(), 720.0f);
+        sel->MouseMove(265, 40);
+        QCOMPARE(sel->Frame(a)->Left(), 720.0f);
         sel->MouseMove(280, 40);
         QCOMPARE(sel->Frame(a)->Left(), 780.0f);
         QCOMPARE(moved.count(), 0);

@@ -191,14 +191,19 @@ private slots:
         QCOMPARE(w->Document().RptItemCount(), 0);
         QVERIFY(!ed->isVisible());
 
+        // Escape gives up a new label as it was: without a text, so without the label.
         Draw(*w, "tbInsertLabel", {600, 600}, {2400, 900});
         QTest::keyClicks(ed, QStringLiteral("Asking"));
-        QTest::keyClick(ed, Qt::Key_Escape); // back to what it had
+        QTest::keyClick(ed, Qt::Key_Escape);
+        QVERIFY(!ed->isVisible());
+        QCOMPARE(w->Document().RptItemCount(), 0);
+
+        Draw(*w, "tbInsertLabel", {600, 600}, {2400, 900});
         QTest::keyClicks(ed, QStringLiteral("Sold!"));
         QTest::keyClick(ed, Qt::Key_Enter);
         QCOMPARE(w->Document().RptItemCount(), 1);
         QCOMPARE(w->Document().Item(1).Text, QStringLiteral("Sold!"));
-        QCOMPARE(w->Document().Item(1).Name, QStringLiteral("Label2"));
+        QCOMPARE(w->Document().Item(1).Name, QStringLiteral("Label3"));
     }
 
     void fileChooserToolsAskForAFile()

@@ -253,6 +253,9 @@ private slots:
         QTest::newRow("photo number") << 5 << "fpPhotoSeq" << "7" << "PhotoSeq" << 7.0 << "";
         QTest::newRow("fore colour") << 2 << "fpForeColor" << "255" << "ForeColor" << 255.0 << "";
         QTest::newRow("negative back colour") << 2 << "fpBackColor" << "-2147483643" << "BackColor" << 2147483653.0 << "";
+        QTest::newRow("hex colour") << 2 << "fpForeColor" << "#FF8000" << "ForeColor" << double(0x0080FF) << "";
+        QTest::newRow("half a hex colour") << 2 << "fpBorderColor" << "#FF80" << "BorderColor" << -1.0
+                                           << "Enter a colour as #RRGGBB, or a whole number from 0 to 2147483647.";
     }
     void numberEditsCheckTheirRange()
     {
@@ -273,8 +276,17 @@ private slots:
         QCOMPARE(s.ctl(a)->property(name).toDouble(), expected < 0 ? before : expected);
         QCOMPARE(s.ctl(b)->property(name).toDouble(), expected < 0 ? before : expected);
         QCOMPARE(s.prompts.asked.empty() ? QString() : s.prompts.asked[0].prompt, message);
-        if (!message.isEmpty())
-            QCOMPARE(box->text(), QString::number(before));
+        if (!message.isEmpty()) // a colour reads back in hex
+            QCOMPARE(box->text(), edit.endsWith(u"Color") ? QStringLiteral("#%1").arg(qint64(before), 6, 16, QLatin1Char('0'))
+                                                           : QString::number(before));
+        if (expected >= 0 && expected <= 0xFFFFFF && edit.endsWith(u"Color")) {
+            const qint64 v = qint64(expected);
+            QCOMPARE(box->text(), QStringLiteral("#%1%2%3").arg(v & 0xFF, 2, 16, QLatin1Char('0'))
+                                      .arg((v >> 8) & 0xFF, 2, 16, QLatin1Char('0')).arg(v >> 16, 2, 16, QLatin1Char('0')).toUpper());
+            auto* swatch = s.sheet.findChild<QWidget*>(QStringLiteral("sw") + edit.mid(2));
+            QVERIFY(swatch && swatch->isVisibleTo(box));
+            QCOMPARE(swatch->palette().color(QPalette::Window), ColorFromBgr(quint32(v)));
+        }
     }
 
     void emptyEditIsNeverWrittenAndEscapeReadsBack()
@@ -373,7 +385,7 @@ private slots:
         s.w<QPushButton>("cmdSetBackColor")->click();
         QCOMPARE(s.ctl(box)->property("BackColor").toUInt(), 0x123456u);
         QCOMPARE(s.ctl(line)->property("BackColor").isValid(), false);
-        QCOMPARE(s.w<QLineEdit>("fpBackColor")->text(), QString::number(0x123456));
+        QCOMPARE(s.w<QLineEdit>("fpBackColor")->text(), "#563412"); // shown red first
         const uint border = s.ctl(box)->property("BorderColor").toUInt();
         s.w<QPushButton>("cmdSetBorderColor")->click(); // cancelled
         QCOMPARE(s.ctl(box)->property("BorderColor").toUInt(), border);
