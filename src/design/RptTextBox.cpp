@@ -117,6 +117,13 @@ void RptTextBox::SetForeColor(uint v)
     update();
 }
 
+QFont RptTextBox::KindFont()
+{
+    QFont f(QStringLiteral("Arial"));
+    f.setPointSizeF(10);
+    return f;
+}
+
 QFont RptTextBox::Font() const
 {
     QFont f(m_fontName);

@@ -62,6 +62,8 @@ public:
     void SetForeColor(uint v);
 
     QFont Font() const;
+    // The font every new text item starts with.
+    static QFont KindFont();
     void SetFont(const QFont& f);
     QString FontName() const { return m_fontName; }
     void SetFontName(const QString& v);

@@ -1,6 +1,7 @@
 // The design window's side of the field list: creating it, and turning a dropped field (or one
 // chosen with the keyboard) into a data field item.
 #include "design/frmPagewright.h"
+#include "design/RptTextBox.h"
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
@@ -56,7 +57,8 @@ void frmPagewright::ShowPropertySheet()
 
 QRectF frmPagewright::FieldBand(QPointF snappedPoint, const QString& name) const
 {
-    const QFontMetricsF fm(DefaultFont);
+    // Measured in the font the new field gets: its kind's, not the tools' last one.
+    const QFontMetricsF fm(RptTextBox::KindFont());
     const double px = RptItemControl::PixelTwips();
     const double width = std::round(2 * fm.horizontalAdvance(name) * px);
     const double height = std::round(fm.height() * px) + 60;
@@ -69,6 +71,7 @@ void frmPagewright::DropField(QPointF pagePoint, const QString& name, int dicId)
     if (!DragField || name.isEmpty())
         return;
     const QPointF at = Snap(ClampToPage(pagePoint), m_grid);
+    m_sel->ClearSelect(); // the new field alone is selected, as a drawn item is
     m_bar->SetCurrentTool(ObjType::Field);
     CreateNewObject(name, FieldBand(at, name), dicId);
     DragField = false;

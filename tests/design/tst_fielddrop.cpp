@@ -28,10 +28,12 @@ public:
     }
 };
 
-// The band rule: twice the name's width by one line of the default font + 60, in whole twips.
-QSizeF BandSize(const frmPagewright& w, const QString& name)
+// The band rule: twice the name's width by one line of a new text item's font + 60, in whole twips.
+QSizeF BandSize(const frmPagewright&, const QString& name)
 {
-    const QFontMetricsF fm(w.DefaultFont);
+    QFont font(QStringLiteral("Arial"));
+    font.setPointSizeF(10);
+    const QFontMetricsF fm(font);
     const double px = RptItemControl::PixelTwips();
     return {std::round(2 * fm.horizontalAdvance(name) * px), std::round(fm.height() * px) + 60};
 }
@@ -112,7 +114,7 @@ private slots:
         QCOMPARE(Prop(c, "Alignment"), QStringLiteral("1"));
         QCOMPARE(Prop(c, "DataFormat"), QStringLiteral("Currency"));
         QCOMPARE(Prop(c, "Text"), QStringLiteral("List Price"));
-        QCOMPARE(Prop(c, "FontName"), w->DefaultFont.family());
+        QCOMPARE(Prop(c, "FontName"), QStringLiteral("Arial"));
         QCOMPARE(Geometry(c), QRectF(QPointF(Floor60(at.x()), Floor60(at.y())), BandSize(*w, QStringLiteral("List Price"))));
         QCOMPARE(w->SelObj().SelectedControls(), QList<QObject*>{c});
         QVERIFY(w->Document().DirtyFlag);
@@ -132,11 +134,23 @@ private slots:
         QCOMPARE(Geometry(d).height(), Geometry(c).height());
         QVERIFY(Geometry(d).width() != Geometry(c).width());
 
-        // The same field twice gets a name of its own.
+        // The same field twice gets a name of its own. The bold the tools last gave the first
+        // one stays with it: the new field, its band and the tools are the kind's 10 points, and
+        // it is the only item selected.
+        w->SelObj().ClearSelect();
+        w->SelObj().Select(c);
+        Tool(*w, "fnBold");
+        QVERIFY(clsRptControl::Prop(c, "FontBold").toBool());
         w->DragField = true;
         QVERIFY(DropOnPage(*w, QPointF(3000, 3000), price.get()));
         QCOMPARE(w->Document().Item(3).Name, QStringLiteral("List Price3"));
         QCOMPARE(w->Document().Item(3).DataField, QStringLiteral("ListPrice"));
+        QObject* again = w->Document().Item(3).control;
+        QVERIFY(!clsRptControl::Prop(again, "FontBold").toBool());
+        QCOMPARE(clsRptControl::Prop(again, "Fontsize").toDouble(), 10.0);
+        QCOMPARE(Geometry(again).size(), BandSize(*w, QStringLiteral("List Price")));
+        QVERIFY(!w->Commands().IsChecked(u"fnBold"));
+        QCOMPARE(w->SelObj().SelectedControls(), QList<QObject*>{again});
     }
 
     void dropsIgnoredUnlessAFieldDragIsUnderWay()
