@@ -132,6 +132,7 @@ bool RptItemControl::ClickPart(QPointF) const { return true; }
 
 void RptItemControl::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
+    m_lastScenePos = event->scenePos();
     // Accept even where no part reports the press, so the release (and Click) still come here.
     event->accept();
     const QPointF p = event->pos();
@@ -145,6 +146,7 @@ void RptItemControl::mousePressEvent(QGraphicsSceneMouseEvent* event)
 
 void RptItemControl::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
+    m_lastScenePos = event->scenePos();
     // While a button is held the part that took the press keeps reporting, as with capture.
     const QPointF p = event->pos();
     const std::optional<QPointF> part = m_pressPart ? m_pressPart : MousePart(p, true);
@@ -156,6 +158,7 @@ void RptItemControl::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 
 void RptItemControl::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
 {
+    m_lastScenePos = event->scenePos();
     const QPointF p = event->pos();
     const std::optional<QPointF> part = m_pressPart;
     const bool click = m_pressClick && ClickPart(p) && contains(p);

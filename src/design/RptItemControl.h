@@ -48,6 +48,8 @@ public:
     void SetSelected(bool v) { m_selected = v; }
 
     void Refresh() { update(); }
+    // Where on the page the pointer was at the last mouse event this control reported.
+    QPointF LastScenePos() const { return m_lastScenePos; }
 
     // How the control looks now, in its own coordinates.
     virtual ItemLook Look() const = 0;
@@ -102,5 +104,6 @@ private:
     int m_mousePointer = 0;
     bool m_selected = false;
     std::optional<QPointF> m_pressPart; // origin of the part the button went down on
+    QPointF m_lastScenePos;
     bool m_pressClick = false;
 };

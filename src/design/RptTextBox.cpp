@@ -252,7 +252,7 @@ void RptTextBox::paint(QPainter* painter, const QStyleOptionGraphicsItem* option
     painter->setPen(pen);
     painter->drawLine(QPointF(0, px / 2), QPointF(Width(), px / 2));
     QFont f(QStringLiteral("Arial"));
-    f.setPointSizeF(7);
+    f.setPixelSize(140); // 7 points, in the page's twips
     painter->setFont(f);
     painter->setPen(QColor(0, 0, 160));
     painter->drawText(QRectF(0, px, std::max<double>(Width(), 600), MarkerHeight - px),

@@ -219,6 +219,11 @@ void frmPagewright::ItemMouseDown(RptItemControl* item, int button, int shift, f
 {
     if (m_editItem && m_editItem != item)
         EndTextEdit(true);
+    // With a tool chosen the press starts a new item, over an existing one as on the empty page.
+    if (CurrentTool() != 0 && (button & RptItemControl::LeftButton)) {
+        PageMouseDown(button, shift, item->LastScenePos());
+        return;
+    }
     if (button & RptItemControl::RightButton) {
         // The sheet shows the item under the pointer: select it first unless it already is.
         if (!m_sel->IsSelected(item)) {
@@ -234,14 +239,22 @@ void frmPagewright::ItemMouseDown(RptItemControl* item, int button, int shift, f
     m_sel->MouseDown(item, button, shift, x, y);
 }
 
-void frmPagewright::ItemMouseMove(RptItemControl* item, int, int, float x, float y)
+void frmPagewright::ItemMouseMove(RptItemControl* item, int button, int shift, float x, float y)
 {
+    if (m_page->BandVisible()) {
+        PageMouseMove(button, shift, item->LastScenePos());
+        return;
+    }
     m_page->SetGuides(item->pos() + QPointF(x, y));
     m_sel->MouseMove(x, y);
 }
 
-void frmPagewright::ItemMouseUp(RptItemControl* item, int button, int, float, float)
+void frmPagewright::ItemMouseUp(RptItemControl* item, int button, int shift, float, float)
 {
+    if (m_page->BandVisible()) {
+        PageMouseUp(button, shift, item->LastScenePos());
+        return;
+    }
     if (button & RptItemControl::RightButton)
         return;
     m_sel->MouseUp();
