@@ -6,6 +6,7 @@
 #include "entry/ReportKinds.h"
 #include "render/ItemLayout.h"
 
+#include <QPainter>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -224,4 +225,19 @@ ItemLook RptImage::Look() const
     l.backColor = m_backColor;
     l.showOutline = m_showOutline;
     return l;
+}
+
+void RptImage::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
+{
+    RptItemControl::paint(painter, option, widget);
+    if (!m_holderVisible || m_borderStyle != ItemCode::BorderNone || m_showOutline)
+        return;
+    QPen pen(QColor(128, 128, 128), 0, Qt::DotLine);
+    pen.setCosmetic(true);
+    painter->save();
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    const double px = PixelTwips();
+    painter->drawRect(boundingRect().adjusted(px / 2, px / 2, -px / 2, -px / 2));
+    painter->restore();
 }

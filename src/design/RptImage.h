@@ -69,6 +69,9 @@ public:
     QString HolderText() const { return ItemLookCaption(); }
 
     ItemLook Look() const override;
+    // As printed, plus a dotted outline round a frameless placeholder: on the page the user must
+    // see where the photo will go.
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
     void Layout() override;

@@ -4,6 +4,7 @@
 #include "render/Format.h"
 #include "render/ItemLayout.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <cmath>
 
@@ -15,6 +16,8 @@ RptTextBox::RptTextBox(QGraphicsItem* parent)
     // A new element shows its own name until it is given a value.
     connect(this, &QObject::objectNameChanged, this, [this](const QString& name) {
         if (!m_valueSet) {
+            if (m_markerKind)
+                prepareGeometryChange();
             m_shown = name;
             update();
         }
@@ -30,6 +33,8 @@ void RptTextBox::SetText(const QString& value)
 
 void RptTextBox::ShowValue()
 {
+    if (m_markerKind)
+        prepareGeometryChange(); // the caption sizes the marker
     QString shown;
     try {
         shown = ItemLayout::ShownText(m_value, m_format, m_formatClass);
@@ -220,11 +225,21 @@ QString RptTextBox::MarkerCaption() const
     }
 }
 
+static QFont MarkerFont()
+{
+    QFont f(QStringLiteral("Arial"));
+    f.setPixelSize(140); // 7 points, in the page's twips
+    return f;
+}
+
 QRectF RptTextBox::boundingRect() const
 {
     QRectF r(0, 0, Width(), Height());
-    if (m_markerKind == 6 || m_markerKind == 9)
+    if (m_markerKind == 6 || m_markerKind == 9) {
+        // Room for the whole caption, however narrow the break.
         r.setHeight(std::max(r.height(), MarkerHeight));
+        r.setWidth(std::max(r.width(), QFontMetricsF(MarkerFont()).horizontalAdvance(MarkerCaption()) + 60));
+    }
     return r;
 }
 
@@ -251,11 +266,9 @@ void RptTextBox::paint(QPainter* painter, const QStyleOptionGraphicsItem* option
     painter->save();
     painter->setPen(pen);
     painter->drawLine(QPointF(0, px / 2), QPointF(Width(), px / 2));
-    QFont f(QStringLiteral("Arial"));
-    f.setPixelSize(140); // 7 points, in the page's twips
-    painter->setFont(f);
+    painter->setFont(MarkerFont());
     painter->setPen(QColor(0, 0, 160));
-    painter->drawText(QRectF(0, px, std::max<double>(Width(), 600), MarkerHeight - px),
+    painter->drawText(QRectF(0, px, boundingRect().width(), MarkerHeight - px),
                       Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, MarkerCaption());
     painter->restore();
 }
