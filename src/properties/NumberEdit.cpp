@@ -80,6 +80,7 @@ void NumberEdit::SetColourMode(const QString& swatchName)
         auto* frame = new QFrame(this);
         frame->setFrameShape(QFrame::Box);
         frame->setAutoFillBackground(true);
+        frame->setBackgroundRole(QPalette::Window); // not the edit's Base, which it would inherit
         frame->setAttribute(Qt::WA_TransparentForMouseEvents);
         m_swatch = frame;
     }

@@ -222,7 +222,8 @@ private slots:
         QCOMPARE(SheetText(*w, "fpForeColor"), QStringLiteral("#FF0000"));
         auto* swatch = w->PropertySheet()->findChild<QWidget*>(QStringLiteral("swForeColor"));
         QVERIFY(swatch && swatch->isVisible());
-        QCOMPARE(swatch->palette().color(QPalette::Window), QColor(255, 0, 0));
+        const QImage shown = swatch->grab().toImage();
+        QCOMPARE(shown.pixelColor(shown.rect().center()), QColor(255, 0, 0));
         QCOMPARE(SheetText(*w, "fpBackColor"), QStringLiteral("#FFFFFF"));
     }
 };
