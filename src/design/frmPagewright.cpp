@@ -192,6 +192,14 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     m_props->Init(m_doc.get(), m_sel.get());
     connect(m_sel.get(), &clsResize::selectionChanged, this, [this] {
         m_doc->SetEdit();
+        if (m_sel->Count() == 0) {
+            // Nothing selected: the tools show no item's style, only what a new text gets.
+            for (const char* t : {"fnBold", "fnItalic", "fnUnderline", "fnLeft", "fnCenter", "fnRight",
+                                  "miEffectFlat", "miEffectShadow"})
+                m_bar->SetChecked(QString::fromLatin1(t), false);
+            m_bar->SetComboText(u"fnFont", RptTextBox::KindFont().family());
+            m_bar->SetComboText(u"fnFontSize", QString::number(RptTextBox::KindFont().pointSizeF()));
+        }
         ShowCurrentObjectName();
         if (m_props->isVisible())
             m_props->LoadProperties();

@@ -198,6 +198,11 @@ private slots:
         Click(*w, Geometry(title).center());
         QVERIFY(w->Commands().IsChecked(u"miEffectShadow"));
         QVERIFY(!w->Commands().IsChecked(u"miEffectFlat"));
+        // Nothing selected: no item's style is shown.
+        Click(*w, {6000, 6000});
+        QVERIFY(!w->Commands().IsChecked(u"fnBold") && !w->Commands().IsChecked(u"fnCenter"));
+        QVERIFY(!w->Commands().IsChecked(u"miEffectShadow"));
+        QCOMPARE(w->Commands().ComboText(u"fnFontSize"), QStringLiteral("10"));
     }
 
     void coloursHaveNamesAndSwatches()
