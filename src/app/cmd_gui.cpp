@@ -37,6 +37,7 @@ int RunDesigner(int argc, char** argv)
     // A report file to open at once: --open FILE, or the one remaining argument.
     QString openFile = TakeOption(args, QStringLiteral("--open"));
     const QString sqlLog = TakeOption(args, QStringLiteral("--sql-log"));
+    TakeOption(args, QStringLiteral("--database")); // main() has put it in the environment
     if (openFile.isEmpty() && args.size() == 1 && !args[0].startsWith(QLatin1Char('-')))
         openFile = args.takeFirst();
     if (!args.isEmpty()) {
