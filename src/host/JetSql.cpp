@@ -65,7 +65,16 @@ QString fill(const char* tmpl, const QStringList& parts)
 class Translator {
 public:
     Translator(QList<Token> tokens, const Dialect& dialect, const Catalogue* catalogue)
-        : t(std::move(tokens)), d(dialect), cat(catalogue) {}
+        : t(std::move(tokens)), d(dialect), cat(catalogue)
+    {
+        // The tables the statement names, in order: a column's spelling comes from them first,
+        // since two tables may spell the same column differently.
+        if (cat)
+            for (const Token& x : t)
+                if ((x.kind == Tok::Ident || x.kind == Tok::Bracket) && cat->tableColumns.contains(x.text.toLower())
+                    && !tables.contains(x.text.toLower()))
+                    tables << x.text.toLower();
+    }
 
     QString statement()
     {
@@ -85,6 +94,7 @@ private:
     int depth = 0;
     int exprCounter = 1000;
     QHash<QString, Expr> aliases; // of the select being read, for ORDER BY
+    QStringList tables;           // lower case
 
     const Token& cur() const { return t[p]; }
     const Token& peek(int k = 1) const { return t[qMin(p + k, int(t.size()) - 1)]; }
@@ -136,12 +146,26 @@ private:
     QString cond(const Expr& e) const { return e.k == ValueKind::Bool ? e.s : fill(d.valueToBool, {e.s}); }
     QString text(const Expr& e) const { return fill(d.textOperand, {val(e)}); }
 
-    QString name(const Token& x) const
+    QString name(const Token& x, const QString& qualifier = QString()) const
     {
         if (!d.quoteNames)
             return x.kind == Tok::Bracket ? QLatin1Char('[') + x.text + QLatin1Char(']') : x.text;
-        const QString spelled = cat ? cat->names.value(x.text.toLower(), x.text) : x.text;
-        return quotedName(spelled);
+        return quotedName(spelling(x.text, qualifier));
+    }
+    QString spelling(const QString& word, const QString& qualifier) const
+    {
+        if (!cat)
+            return word;
+        const QString w = word.toLower();
+        const auto own = cat->tableColumns.find(qualifier.toLower());
+        if (!qualifier.isEmpty() && own != cat->tableColumns.end() && own->contains(w))
+            return own->value(w);
+        for (const QString& table : tables) {
+            const QHash<QString, QString>& columns = *cat->tableColumns.find(table);
+            if (columns.contains(w))
+                return columns.value(w);
+        }
+        return cat->names.value(w, word);
     }
     ValueKind columnKind(const QString& column) const
     {
@@ -489,7 +513,7 @@ private:
         QString last = cur().text;
         ++p;
         while (isOp(".") && (peek(1).kind == Tok::Ident || peek(1).kind == Tok::Bracket)) {
-            out += QLatin1Char('.') + name(peek(1));
+            out += QLatin1Char('.') + name(peek(1), last);
             last = peek(1).text;
             p += 2;
         }

@@ -21,6 +21,7 @@ const Dialect& PostgresDialect();
 enum class ValueKind { Unknown, Text, Number, Date, Bool };
 struct Catalogue {
     QHash<QString, QString> names;        // tables and columns
+    QHash<QString, QHash<QString, QString>> tableColumns; // per table: its columns' spellings
     QHash<QString, ValueKind> columnKinds; // columns
 };
 

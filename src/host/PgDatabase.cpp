@@ -173,6 +173,9 @@ void PgDatabase::loadCatalogue()
         const QString category = rs->Fields(2).toString();
         if (!m_catalogue.names.contains(table.toLower()))
             m_catalogue.names.insert(table.toLower(), table);
+        QHash<QString, QString>& own = m_catalogue.tableColumns[table.toLower()];
+        if (!own.contains(column.toLower()))
+            own.insert(column.toLower(), column);
         if (!m_catalogue.names.contains(column.toLower()))
             m_catalogue.names.insert(column.toLower(), column);
         if (!m_catalogue.columnKinds.contains(column.toLower())) {
