@@ -13,6 +13,7 @@
 #include "entry/clsReportDesign.h"
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
+#include "help/HelpBook.h"
 #include "host/EmbeddedHost.h"
 #include "output/ReportEngine.h"
 #include "output/ReportPrintForm.h"
@@ -69,6 +70,7 @@ int RunDesigner(int argc, char** argv)
     InstallReportRunner();
     InstallPrintForm();
     RegisterFlyerWindow();
+    InstallHelpKey();
 
     clsReportDesign designer;
     int job = 1;

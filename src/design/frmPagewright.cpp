@@ -1,4 +1,6 @@
 #include "design/frmPagewright.h"
+#include "help/HelpBook.h"
+#include "help/HelpContexts.h"
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
@@ -373,6 +375,8 @@ void frmPagewright::ToolClick(const QString& toolName)
     }
     else if (t == u"miProperties")
         ShowPropertySheet();
+    else if (t == u"mnuHelp")
+        ShowHelp(this, HelpContext::DesignWindow);
     else if (t == u"miFieldList" && m_fields) {
         m_fields->show();
         m_fields->raise();
