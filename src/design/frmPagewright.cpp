@@ -136,7 +136,8 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("fnFontSize"), QStringLiteral("miObjectName"), QStringLiteral("fnForeColor"),
             QStringLiteral("fnBackColor"), QStringLiteral("tbBorderColor"), QStringLiteral("miShowOutline"),
             QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView"),
-            QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties")}
+            QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties"),
+            QStringLiteral("mnuHelp")}
            + PaletteTools();
 }
 
