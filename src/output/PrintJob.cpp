@@ -78,6 +78,7 @@ bool Print(ReportEngine& engine, QPrinter& printer, int currentPage)
 {
     PageSelection selection;
     selection.collate = printer.collateCopies();
+    selection.lastPageFirst = printer.pageOrder() == QPrinter::LastPageFirst;
     switch (printer.printRange()) {
     case QPrinter::PageRange: selection.ranges = printer.pageRanges(); break;
     case QPrinter::CurrentPage:

@@ -177,6 +177,8 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies, const PageSele
     for (int i = 0; i < PageCount(); ++i)
         if (selection.ranges.isEmpty() || selection.ranges.contains(i + 1))
             chosen.push_back(i);
+    if (selection.lastPageFirst)
+        std::reverse(chosen.begin(), chosen.end());
     if (chosen.empty() && !selection.ranges.isEmpty())
         throw HostError(kInvalidValue, QStringLiteral("Nothing to print in pages %1: the report has %2 page(s)")
                                            .arg(selection.ranges.toString())

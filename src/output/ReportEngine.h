@@ -37,10 +37,12 @@ struct ReportOptions {
 };
 
 // Which pages ReportEngine::PrintTo prints: the 1-based pages in ranges (empty: every page);
-// collate puts whole sets one after the other, otherwise each page comes copies times in a row.
+// collate puts whole sets one after the other, otherwise each page comes copies times in a row;
+// lastPageFirst prints them in reverse order.
 struct PageSelection {
     QPageRanges ranges;
     bool collate = true;
+    bool lastPageFirst = false;
 };
 
 class ReportEngine {

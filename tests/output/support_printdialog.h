@@ -22,6 +22,7 @@ struct PrintDialogDriver {
         QString pages;  // "2-3": pages 2 to 3; "current": the page in view
         bool collate;
         bool cancel;
+        bool reverse = false;
     };
     std::deque<Answer> answers; // one per dialog; when empty: OK as offered
     QStringList offeredFiles;   // the file name box as each dialog opened
@@ -66,6 +67,8 @@ struct PrintDialogDriver {
             copies->setValue(a.copies);
         if (auto* collate = d->findChild<QCheckBox*>(QStringLiteral("collate")))
             collate->setChecked(a.collate);
+        if (auto* reverse = d->findChild<QCheckBox*>(QStringLiteral("reverse")))
+            reverse->setChecked(a.reverse);
         if (a.pages == QLatin1String("current")) {
             if (auto* current = d->findChild<QRadioButton*>(QStringLiteral("printCurrentPage")))
                 current->setChecked(true);

@@ -153,6 +153,11 @@ private slots:
         QVERIFY(form.PrintList(elements(m_keys)));
         QCOMPARE(pageKeys(path("apart.pdf")), (QStringList{m_keys[1], m_keys[2], m_keys[1], m_keys[2]}));
         QCOMPARE(pageKeys(path("together.pdf")), (QStringList{m_keys[0], m_keys[0], m_keys[1], m_keys[1]}));
+        PrintDialogDriver::Answer backwards(path("backwards.pdf"), 1); // the box kept the 2 chosen last
+        backwards.reverse = true;
+        dialogs.answers = {backwards};
+        QVERIFY(form.PrintList(elements(m_keys)));
+        QCOMPARE(pageKeys(path("backwards.pdf")), (QStringList{m_keys[2], m_keys[1], m_keys[0]}));
         // The page in view, printed from the preview.
         ReportEngine engine;
         engine.Load(m_report);
