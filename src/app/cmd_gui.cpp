@@ -1,5 +1,5 @@
 // Starting the designer: the embedded host on the data folder, then the component as a host
-// would start it. The program ends when the host's job is closed.
+// would start it. The program ends when the host's job is closed and no design window is left.
 #include "DemoFlyers.h"
 #include "Subcommands.h"
 
@@ -74,9 +74,12 @@ int RunDesigner(int argc, char** argv)
 
     clsReportDesign designer;
     int job = 1;
+    // The job ends with the window Start opened; design windows the flyer manager opened live on
+    // with their own save prompts, and the program ends when the last window closes.
     QObject::connect(host.get(), &EmbeddedHost::jobClosed, &app, [&designer] {
         designer.UnloadObj();
-        QCoreApplication::quit();
+        if (OpenDesignWindows() == 0)
+            QCoreApplication::quit();
     });
     int rc = 0;
     try {
@@ -93,6 +96,7 @@ int RunDesigner(int argc, char** argv)
     SetPropertyPrompt(nullptr);
     SetReportFileDialog(nullptr);
     SetReportRunner(nullptr);
+    SetPrinterSetup(nullptr);
     SetPrintFormFactory({});
     SetFlyerWindowFactory({});
     SetPrompter(nullptr);

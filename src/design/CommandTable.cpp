@@ -142,7 +142,7 @@ constexpr std::array kCommands{
 constexpr const char* S = kSeparator;
 
 constexpr const char* kMain[] = {"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"};
-constexpr const char* kFile[] = {"new", "Open", S, "printpreview", "PrintFromFileMenu", "miPageSetup", S,
+constexpr const char* kFile[] = {"new", "Open", S, "printpreview", "PrintFromFileMenu", "miPageSetup", "miPrintSetup", S,
                                  "miSave", "miSaveAs", S, "miSelectProperty", "miClearDataSource", S, "exit"};
 constexpr const char* kEdit[] = {"miCut", "miCopy", "miPaste", S, "miSelectByArea", "miDeleteObject"};
 constexpr const char* kView[] = {"miProperties", "miFieldList", S, "printpreview", S, "miSendtoFront",

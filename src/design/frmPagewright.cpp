@@ -68,6 +68,8 @@ frmPagewright::frmPagewright(QWidget* parent)
     // Printing needs an engine; without one the print tools stay disabled.
     if (HasReportRunner())
         tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu");
+    if (HasPrinterSetup())
+        tools << QStringLiteral("miPrintSetup");
     m_bar->SetImplemented(tools);
     // Wide enough for the top tool bars: a tool pushed into the overflow menu is a tool lost.
     int barsWidth = 0;
@@ -406,6 +408,8 @@ void frmPagewright::ToolClick(const QString& toolName)
         PrintCommand(t == u"printpreview", false);
     else if (t == u"PrintFromFileMenu")
         PrintCommand(false, true);
+    else if (t == u"miPrintSetup")
+        RunPrinterSetup(this);
     else if (t == u"miDeleteObject")
         m_doc->DeleteSelected();
     else if (t == u"miCut" || t == u"miCopy" || t == u"miPaste")

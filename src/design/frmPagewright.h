@@ -39,7 +39,7 @@ public:
     void Unload() override;
 
     // --- the window's operations
-    void SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId) override;
+    bool SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId) override;
     // Returns false when the user cancelled or the file could not be written or read.
     // Open mode with a path loads that file; without one the user chooses.
     bool OpenSaveReport(bool saveMode, const QString& path = QString());

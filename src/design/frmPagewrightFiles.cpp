@@ -112,7 +112,7 @@ bool frmPagewright::OpenSaveReport(bool saveMode, const QString& path)
     return true;
 }
 
-void frmPagewright::SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId)
+bool frmPagewright::SetReport(const QString& pReportFile, const QString& pReportFileTitle, const QString& PropertyId)
 {
     try {
         if (!pReportFile.isEmpty()) {
@@ -121,6 +121,8 @@ void frmPagewright::SetReport(const QString& pReportFile, const QString& pReport
             if (!OpenSaveReport(false, pReportFile)) {
                 m_reportFile.clear();
                 m_reportFileTitle = QStringLiteral("Untitled");
+                UpdateCaption();
+                return false; // the error has been shown; there is no report to show
             }
         }
         if (!PropertyId.isEmpty()) {
@@ -137,6 +139,7 @@ void frmPagewright::SetReport(const QString& pReportFile, const QString& pReport
                Mb::OKOnly | Mb::Critical, QStringLiteral("Report error"));
     }
     UpdateCaption();
+    return true;
 }
 
 bool frmPagewright::QuerySaveChanges()

@@ -1,5 +1,6 @@
 #include "dialogs/KeyEntry.h"
 
+#include "document/clsRptControl.h"
 #include "sqltext/clsSQLQuote.h"
 
 #include <QKeyEvent>
@@ -64,14 +65,22 @@ bool IsNumeric(const QString& text)
     return false;
 }
 
-bool IsWholeNumber(const QString& text)
+bool IsWholeNumber(const QString& text) { return clsRptControl::KeyIsSafe(1, text); }
+
+QString ListingNumberProblem(const QString& text, bool allowList)
 {
-    if (text.isEmpty() || text.size() > 18)
-        return false;
-    for (const QChar c : text)
-        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            return false;
-    return true;
+    const QStringList parts = allowList ? text.split(QLatin1Char(',')) : QStringList{text};
+    for (const QString& part : parts) {
+        const QString key = part.trimmed();
+        if (IsWholeNumber(key))
+            continue;
+        if (!IsNumeric(key))
+            return QStringLiteral("Invalid entry - must be numeric");
+        // "240001.0", "2.4e5", "+240001": numbers, but not the way a listing is numbered.
+        return QStringLiteral("Invalid entry - a listing number is written with digits only, such as 240001 (not \"")
+            + key + QStringLiteral("\")");
+    }
+    return {};
 }
 
 QString DisplayText(const QString& sqlKey)

@@ -41,8 +41,12 @@ namespace KeyEntry {
 // A number as the classic IsNumeric sees it: sign, digits with "," separators, one ".",
 // an exponent, surrounding blanks. "" and "." are not numbers.
 bool IsNumeric(const QString& text);
-// A key that may stand bare in SQL: digits only.
+// A key that may stand bare in SQL: digits only. The one rule for listing and rental numbers,
+// the same the data view and the report engine apply, so a key the prompt takes also prints.
 bool IsWholeNumber(const QString& text);
+// What the listing prompt says about text that is not a listing number ("" when it is one).
+// allowList: several numbers separated by commas.
+QString ListingNumberProblem(const QString& text, bool allowList);
 // The text shown for a key as it stands in SQL: a quoted key loses its quotes (and doubled
 // inner quotes become single again).
 QString DisplayText(const QString& sqlKey);

@@ -1,6 +1,7 @@
 #include "dialogs/frmFlyers.h"
 #include "help/HelpBook.h"
 
+#include "dialogs/KeyEntry.h"
 #include "dialogs/frmListnumPrompt.h"
 #include "entry/Host.h"
 #include "entry/PrintForm.h"
@@ -23,7 +24,8 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QScrollBar>
+#include <QToolButton>
+#include <QVBoxLayout>
 #include <QUrl>
 
 namespace {
@@ -47,6 +49,37 @@ QPushButton* button(const char* name, const char* text, QWidget* parent)
 }
 
 } // namespace
+
+UpDown::UpDown(int minimum, int maximum, QWidget* parent)
+    : QWidget(parent), m_min(minimum), m_max(maximum), m_value(minimum)
+{
+    auto make = [this](Qt::ArrowType arrow, const char* name, int step) {
+        auto* b = new QToolButton(this);
+        b->setObjectName(QString::fromLatin1(name));
+        b->setArrowType(arrow);
+        b->setAutoRepeat(true);
+        b->setFocusPolicy(Qt::NoFocus);
+        b->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+        connect(b, &QToolButton::clicked, this, [this, step] { setValue(m_value + step); });
+        return b;
+    };
+    m_up = make(Qt::UpArrow, "up", 1);
+    m_down = make(Qt::DownArrow, "down", -1);
+    auto* lay = new QVBoxLayout(this);
+    lay->setContentsMargins(0, 0, 0, 0);
+    lay->setSpacing(0);
+    lay->addWidget(m_up);
+    lay->addWidget(m_down);
+}
+
+void UpDown::setValue(int value)
+{
+    value = std::clamp(value, m_min, m_max);
+    if (value == m_value)
+        return;
+    m_value = value;
+    emit valueChanged(value);
+}
 
 frmFlyers::frmFlyers(QWidget* parent) : QWidget(parent, Qt::Window)
 {
@@ -78,13 +111,10 @@ frmFlyers::frmFlyers(QWidget* parent) : QWidget(parent, Qt::Window)
     txtCopies->setValidator(new QIntValidator(1, kMaxCopies, txtCopies));
     txtCopies->setMaximumWidth(60);
     lblCopies->setBuddy(txtCopies);
-    // The spinner: a bare vertical arrow pair whose up arrow counts up.
-    updCopies = new QScrollBar(Qt::Vertical, this);
+    txtCopies->installEventFilter(this); // leaving the box commits (or undoes) what was typed
+    updCopies = new UpDown(1, kMaxCopies, this);
     updCopies->setObjectName(QStringLiteral("updCopies"));
-    updCopies->setRange(1, kMaxCopies);
-    updCopies->setInvertedAppearance(true);
-    updCopies->setInvertedControls(true);
-    updCopies->setFixedHeight(txtCopies->sizeHint().height());
+    updCopies->setFixedHeight(txtCopies->sizeHint().height() + 6);
     chkPrintPreview = new QCheckBox(QStringLiteral("Print Preview"), this);
     chkPrintPreview->setObjectName(QStringLiteral("chkPrintPreview"));
 
@@ -143,7 +173,7 @@ frmFlyers::frmFlyers(QWidget* parent) : QWidget(parent, Qt::Window)
     connect(cmdClose, &QPushButton::clicked, this, &frmFlyers::cmdClose_Click);
     connect(cmdHelp, &QPushButton::clicked, this, &frmFlyers::cmdHelp_Click);
     connect(txtCopies, &QLineEdit::editingFinished, this, &frmFlyers::txtCopies_LostFocus);
-    connect(updCopies, &QScrollBar::valueChanged, this, [this](int v) {
+    connect(updCopies, &UpDown::valueChanged, this, [this](int v) {
         txtCopies->setText(QString::number(v));
         txtCopies_LostFocus();
     });
@@ -209,6 +239,8 @@ QString frmFlyers::ListingExistsSql(const QString& ListNum, const QString& statu
 
 bool frmFlyers::ListingExists(const QString& ListNum)
 {
+    if (!KeyEntry::IsWholeNumber(ListNum))
+        return false; // not a listing number: nothing of it goes into SQL
     std::unique_ptr<Recordset> rs =
         gHost->Database().OpenRecordset(1, ListingExistsSql(ListNum, gHost->StatusList()), 3, 1, 1);
     const bool found = !rs->Eof() && rs->Fields(QStringLiteral("RecCount")).toLongLong() != 0;
@@ -229,7 +261,10 @@ void frmFlyers::openDesignWindow(const QString& file, const QString& title, cons
     bool ok = false;
     const int kind = gHost->MainForm().Switch().toInt(&ok);
     w->Init(-1, ok ? kind : 0, false);
-    w->SetReport(file, title, propertyId);
+    if (!w->SetReport(file, title, propertyId)) {
+        w->Unload(); // the error has been shown: no empty designer in its place
+        return;
+    }
     if (QWidget* widget = w->Widget()) {
         if (QWidget* owner = gHost->MainForm().Window())
             widget->setParent(owner, Qt::Window);
@@ -297,6 +332,7 @@ void frmFlyers::PrintFlyer(const QString& ListNum)
 {
     if (!mPrinterForm)
         return;
+    commitCopies();
     mPrinterForm->SetReportFile(selectedFile());
     QStringList keys;
     mPrinterForm->SetTemplateOnly(ListNum.isEmpty());
@@ -373,6 +409,13 @@ void frmFlyers::txtCopies_LostFocus()
     showCopies(n);
 }
 
+void frmFlyers::commitCopies()
+{
+    // The box may hold what the validator let through unfinished ("0", ""): what is shown is
+    // what prints.
+    txtCopies_LostFocus();
+}
+
 void frmFlyers::showCopies(int copies)
 {
     if (txtCopies->text() != QString::number(copies))
@@ -383,6 +426,8 @@ void frmFlyers::showCopies(int copies)
 
 bool frmFlyers::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == txtCopies && event->type() == QEvent::FocusOut)
+        commitCopies();
     if (watched == List1 && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Delete) {

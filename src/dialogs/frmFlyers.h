@@ -14,7 +14,26 @@ class QLabel;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
-class QScrollBar;
+class QToolButton;
+
+// An up/down arrow pair that counts a number (the classic UpDown control): the up arrow counts up.
+class UpDown : public QWidget {
+    Q_OBJECT
+public:
+    UpDown(int minimum, int maximum, QWidget* parent = nullptr);
+    int value() const { return m_value; }
+    void setValue(int value);
+    QToolButton* upButton() const { return m_up; }
+    QToolButton* downButton() const { return m_down; }
+
+signals:
+    void valueChanged(int value);
+
+private:
+    int m_min, m_max, m_value;
+    QToolButton* m_up = nullptr;
+    QToolButton* m_down = nullptr;
+};
 
 class frmFlyers : public QWidget, public FlyerWindow {
     Q_OBJECT
@@ -69,7 +88,7 @@ public:
     QPushButton* cmdHelp = nullptr;
     QLabel* lblCopies = nullptr;
     QLineEdit* txtCopies = nullptr;
-    QScrollBar* updCopies = nullptr;
+    UpDown* updCopies = nullptr;
     QCheckBox* chkPrintPreview = nullptr;
 
 protected:
@@ -78,6 +97,7 @@ protected:
 
 private:
     void openDesignWindow(const QString& file, const QString& title, const QString& propertyId);
+    void commitCopies();
     QString selectedFile() const;
     void txtCopies_LostFocus();
     void showCopies(int copies);

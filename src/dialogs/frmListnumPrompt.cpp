@@ -22,6 +22,7 @@ frmListnumPrompt::frmListnumPrompt(QWidget* parent) : KeyPromptDialog(QStringLit
 
 void frmListnumPrompt::Load(bool allowList)
 {
+    m_allowList = allowList;
     m_keys->SetAllowList(allowList);
     lblPrompt->setText(allowList ? QStringLiteral("Enter Listing Numbers (separated by commas):")
                                  : QStringLiteral("Enter Listing Number:"));
@@ -32,12 +33,17 @@ QString frmListnumPrompt::Text() const { return txtPropertyId->text(); }
 
 void frmListnumPrompt::cmdOK_Click()
 {
-    if (KeyEntry::IsNumeric(txtPropertyId->text())) {
+    // Blanks around a pasted number are no mistake of the user's.
+    const QString text = txtPropertyId->text().trimmed();
+    const QString problem = KeyEntry::ListingNumberProblem(text, m_allowList);
+    if (problem.isEmpty()) {
+        txtPropertyId->setText(text);
         accept();
         return;
     }
-    MsgBox(QStringLiteral("Invalid entry - must be numeric"), Mb::OKOnly | Mb::Critical, QStringLiteral("Input Error"));
+    MsgBox(problem, Mb::OKOnly | Mb::Critical, QStringLiteral("Input Error"));
     txtPropertyId->setFocus();
+    txtPropertyId->selectAll();
 }
 
 void frmListnumPrompt::cmdCancel_Click() { reject(); }

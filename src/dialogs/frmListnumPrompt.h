@@ -27,4 +27,5 @@ public:
 
 private:
     NumberKeyFilter* m_keys = nullptr;
+    bool m_allowList = false;
 };

@@ -69,6 +69,22 @@ bool RunReportFile(QWidget* parent, const ReportRunRequest& request)
     return handler ? handler(parent, request) : false;
 }
 
+namespace {
+PrinterSetupFn& PrinterSetupHandler()
+{
+    static PrinterSetupFn handler;
+    return handler;
+}
+} // namespace
+
+void SetPrinterSetup(PrinterSetupFn setup) { PrinterSetupHandler() = std::move(setup); }
+bool HasPrinterSetup() { return bool(PrinterSetupHandler()); }
+void RunPrinterSetup(QWidget* parent)
+{
+    if (const PrinterSetupFn& handler = PrinterSetupHandler())
+        handler(parent);
+}
+
 int DefaultAnswer(int buttons)
 {
     const int set = buttons & 7;

@@ -86,6 +86,13 @@ void SetReportRunner(ReportRunFn runner); // empty function uninstalls
 bool HasReportRunner();
 bool RunReportFile(QWidget* parent, const ReportRunRequest& request);
 
+// The printer set-up the design window's prints use (installed by the output layer with the
+// engine): printer or PDF file, copies and the like, confirmed with OK.
+using PrinterSetupFn = std::function<void(QWidget* parent)>;
+void SetPrinterSetup(PrinterSetupFn setup); // empty function uninstalls
+bool HasPrinterSetup();
+void RunPrinterSetup(QWidget* parent);
+
 // The first answer a button set offers (what Enter would press): used by batch runs.
 int DefaultAnswer(int buttons);
 

@@ -2,16 +2,42 @@
 #include "entry/Host.h"
 #include "entry/HostError.h"
 
+#include <vector>
+
 namespace {
 DesignWindowFactory g_designFactory;
 FlyerWindowFactory g_flyerFactory;
 QString g_helpFile;
+
+std::vector<QPointer<QWidget>>& madeWindows()
+{
+    static std::vector<QPointer<QWidget>> windows;
+    return windows;
 }
+} // namespace
 
 void SetDesignWindowFactory(DesignWindowFactory factory) { g_designFactory = std::move(factory); }
 void SetFlyerWindowFactory(FlyerWindowFactory factory) { g_flyerFactory = std::move(factory); }
 QString ComponentHelpFile() { return g_helpFile; }
-DesignWindow* NewDesignWindow() { return g_designFactory ? g_designFactory() : nullptr; }
+
+DesignWindow* NewDesignWindow()
+{
+    DesignWindow* w = g_designFactory ? g_designFactory() : nullptr;
+    if (w && w->Widget()) {
+        auto& made = madeWindows();
+        std::erase_if(made, [](const QPointer<QWidget>& p) { return p.isNull(); });
+        made.emplace_back(w->Widget());
+    }
+    return w;
+}
+
+int OpenDesignWindows()
+{
+    int open = 0;
+    for (const QPointer<QWidget>& p : madeWindows())
+        open += p && p->isVisible();
+    return open;
+}
 
 clsReportDesign::~clsReportDesign() = default;
 

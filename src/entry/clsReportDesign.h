@@ -20,8 +20,9 @@ class DesignWindow : public ComponentWindow {
 public:
     virtual void Init(int jobIndex, int reportKind, bool showFieldList) = 0;
     // Opens reportFile (may be empty: a new report) titled title; a non-empty propertyId opens
-    // it in data view on that record.
-    virtual void SetReport(const QString& reportFile, const QString& title, const QString& propertyId) = 0;
+    // it in data view on that record. False when the file could not be opened (the user has
+    // been told why): the window then holds no report and should not be shown.
+    virtual bool SetReport(const QString& reportFile, const QString& title, const QString& propertyId) = 0;
 };
 
 class FlyerWindow : public ComponentWindow {
@@ -36,6 +37,9 @@ void SetFlyerWindowFactory(FlyerWindowFactory factory);
 // A new design window from the registered factory (null when none is registered); it deletes
 // itself when closed.
 DesignWindow* NewDesignWindow();
+// How many design windows made by NewDesignWindow are open (shown). They live on after the
+// flyer manager that opened them closes, so a host ends only when none is left.
+int OpenDesignWindows();
 
 // The help file the component's windows open; set by Start before any window exists.
 QString ComponentHelpFile();

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr double kPdfDpi = 1200;
+constexpr int kInvalidValue = 380; // the classic runtime's number for an argument out of range
 
 QRectF marginRect(const RdfHeader& h, QSizeF page)
 {
@@ -170,8 +171,18 @@ void ReportEngine::PaintPage(QPainter& p, int page, double dpi) const
     p.restore();
 }
 
-bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies)
+bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies, const PageSelection& selection)
 {
+    std::vector<int> chosen; // 0-based
+    for (int i = 0; i < PageCount(); ++i)
+        if (selection.ranges.isEmpty() || selection.ranges.contains(i + 1))
+            chosen.push_back(i);
+    if (selection.lastPageFirst)
+        std::reverse(chosen.begin(), chosen.end());
+    if (chosen.empty() && !selection.ranges.isEmpty())
+        throw HostError(kInvalidValue, QStringLiteral("Nothing to print in pages %1: the report has %2 page(s)")
+                                           .arg(selection.ranges.toString())
+                                           .arg(PageCount()));
     device.setPageSize(m_options.pageSize);
     device.setPageOrientation(QPageLayout::Portrait);
     device.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
@@ -182,8 +193,9 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies)
     // The device's origin is the printable area; pages are laid out from the paper's corner.
     const QRectF paintRect = device.pageLayout().paintRectPoints();
     p.translate(-paintRect.left() * dpi / 72.0, -paintRect.top() * dpi / 72.0);
-    const int pages = PageCount();
-    const int total = pages * std::max(1, copies);
+    const int pages = int(chosen.size());
+    const int sets = std::max(1, copies);
+    const int total = pages * sets;
     for (int i = 0; i < total; ++i) {
         if (!report(i, total)) {
             p.end();
@@ -191,7 +203,7 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies)
         }
         if (i > 0)
             device.newPage();
-        PaintPage(p, i % pages, dpi);
+        PaintPage(p, chosen[size_t(selection.collate ? i % pages : i / sets)], dpi);
     }
     p.end();
     return report(total, total);

@@ -9,6 +9,7 @@
 #include "document/RdfFile.h"
 #include "output/ReportLayout.h"
 
+#include <QPageRanges>
 #include <QPageSize>
 #include <QStringList>
 #include <functional>
@@ -35,6 +36,15 @@ struct ReportOptions {
     bool templateOnly = false;
 };
 
+// Which pages ReportEngine::PrintTo prints: the 1-based pages in ranges (empty: every page);
+// collate puts whole sets one after the other, otherwise each page comes copies times in a row;
+// lastPageFirst prints them in reverse order.
+struct PageSelection {
+    QPageRanges ranges;
+    bool collate = true;
+    bool lastPageFirst = false;
+};
+
 class ReportEngine {
 public:
     ReportEngine();
@@ -58,9 +68,10 @@ public:
 
     // Paints page (0-based) with a painter whose unit is the device pixel at dpi.
     void PaintPage(QPainter& painter, int page, double dpi) const;
-    // Paints every page onto the device (one device page each), copies times over for a device
-    // that cannot make copies itself. False when cancelled.
-    bool PrintTo(QPagedPaintDevice& device, int copies = 1);
+    // Paints the selected pages onto the device (one device page each), copies times over for a
+    // device that cannot make copies itself. False when cancelled; throws HostError when the
+    // selection names no page of the report.
+    bool PrintTo(QPagedPaintDevice& device, int copies = 1, const PageSelection& selection = PageSelection());
     // Writes a PDF. False when cancelled; throws HostError when the file cannot be written.
     bool WritePdf(const QString& path);
 
@@ -97,6 +108,11 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
 // Makes RunReport the engine behind the design window's print commands (entry/Prompts.h).
 void InstallReportRunner();
 
-// The preview of a laid-out engine; exposed so that tests can drive it without exec().
+// The preview of a laid-out engine; exposed so that tests can drive it without exec(). Its Print
+// button prints through the printer dialog, offering a file named after title and key.
+class QAction;
 class QPrintPreviewDialog;
-std::unique_ptr<QPrintPreviewDialog> NewReportPreview(ReportEngine& engine, QPrinter& printer, QWidget* parent);
+std::unique_ptr<QPrintPreviewDialog> NewReportPreview(ReportEngine& engine, QPrinter& printer, QWidget* parent,
+                                                      const QString& title = QString(), const QString& key = QString());
+// The preview's Print button.
+QAction* PreviewPrintAction(QPrintPreviewDialog& dialog);

@@ -1,13 +1,13 @@
 #include "output/ReportPrintForm.h"
 
 #include "entry/Prompts.h"
+#include "output/PrintJob.h"
+#include "output/PrinterSetupDialog.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QPainter>
-#include <QPrintDialog>
 #include <QPrintPreviewDialog>
-#include <QPrinterInfo>
 
 namespace {
 
@@ -130,9 +130,7 @@ void ReportPrintForm::SetCopies(int copies)
 void ReportPrintForm::PrinterSetup(QWidget* parent)
 {
     m_printer.setCopyCount(m_copies);
-    QPrintDialog dlg(&m_printer, parent ? parent : QApplication::activeWindow());
-    dlg.setWindowTitle(QStringLiteral("Printer Setup"));
-    dlg.setOption(QAbstractPrintDialog::PrintToFile, true);
+    PrinterSetupDialog dlg(m_printer, QStringLiteral("Printer Setup"), parent ? parent : QApplication::activeWindow());
     if (dlg.exec() == QDialog::Accepted)
         SetCopies(m_printer.copyCount());
 }
@@ -188,28 +186,25 @@ bool ReportPrintForm::PrintList(const QStringList& keys, int firstCopy, bool col
         return false;
     }
 
-    m_printer.setDocName(QFileInfo(m_file).completeBaseName());
+    const QString title = QFileInfo(m_file).completeBaseName();
+    const QString key = blank ? QString() : recordKeys.join(QLatin1Char(' '));
+    m_printer.setDocName(title);
     m_printer.setCopyCount(m_copies);
+    m_printer.setPrintRange(QPrinter::AllPages);
     if (m_preview) {
-        std::unique_ptr<QPrintPreviewDialog> dlg = NewReportPreview(engine, m_printer, parent);
+        std::unique_ptr<QPrintPreviewDialog> dlg = NewReportPreview(engine, m_printer, parent, title, key);
         dlg->exec();
+        SetCopies(m_printer.copyCount()); // printing from the preview may have changed them
         return true;
     }
-    const bool toFile = m_printer.outputFormat() == QPrinter::PdfFormat && !m_printer.outputFileName().isEmpty();
-    // Without a printer the dialog is the way to a PDF file rather than a dead end.
-    if (!toFile && QPrinterInfo::availablePrinters().isEmpty()) {
-        QPrintDialog dlg(&m_printer, parent);
-        if (dlg.exec() != QDialog::Accepted)
-            return false;
-        SetCopies(m_printer.copyCount());
-    }
-    try {
-        // A printer that makes its own copies gets one set; a PDF file gets every copy.
-        return engine.PrintTo(m_printer, m_printer.supportsMultipleCopies() ? 1 : m_copies);
-    } catch (const HostError& e) {
-        MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Print"));
+    PrintJob::Target target;
+    target.title = title;
+    target.key = key;
+    target.pageCount = engine.PageCount();
+    if (!PrintJob::ChooseTarget(m_printer, parent, target))
         return false;
-    }
+    SetCopies(m_printer.copyCount());
+    return PrintJob::Print(engine, m_printer);
 }
 
 void InstallPrintForm()

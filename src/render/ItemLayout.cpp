@@ -3,6 +3,7 @@
 #include "render/Format.h"
 
 #include <QFontMetricsF>
+#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 
@@ -140,6 +141,40 @@ double TextHeight(const ItemLook& look, double width)
     const QRectF r = fm.boundingRect(QRectF(0, 0, std::max(width, 1.0), 1e7), TextFlags(look), look.text);
     // An auto-sizing label is never shorter than one line, even when empty.
     return std::max(r.height(), fm.height());
+}
+
+double WholeLinesHeight(const ItemLook& look, QSizeF label)
+{
+    const QFont font = ItemFont(look);
+    // drawText's own layout: lines one below the other with the font's leading between them,
+    // "\n" breaking a line.
+    QString text = look.text;
+    text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    QTextLayout layout(text, font);
+    QTextOption option;
+    option.setWrapMode(look.wordWrap ? QTextOption::WordWrap : QTextOption::ManualWrap);
+    layout.setTextOption(option);
+    const double leading = QFontMetricsF(font).leading();
+    double height = -leading, wholeBottom = 0;
+    int whole = 0;
+    bool cut = false;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max(label.width(), 1.0));
+        const double top = std::ceil(height + leading); // drawText puts each line on a whole unit
+        const double bottom = top + line.height();
+        if (bottom > label.height() + 1e-6) {
+            cut = true;
+            break;
+        }
+        wholeBottom = height = bottom;
+        ++whole;
+    }
+    layout.endLayout();
+    // Every line fits: the whole label. Not even one: the first line, cut by the label.
+    if (!cut || whole == 0)
+        return label.height();
+    return wholeBottom;
 }
 
 QString ExpandGraphicsToken(const QString& fileName, const QString& graphicsFolder)

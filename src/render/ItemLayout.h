@@ -67,6 +67,9 @@ QFont ItemFont(const ItemLook& look);
 int TextFlags(const ItemLook& look);
 // Height the text needs at that width, as an auto-sizing, word-wrapping label measures it.
 double TextHeight(const ItemLook& look, double width);
+// How much of a label of that size the text may show: the lines that fit whole, laid out as
+// drawText lays them out. At least the first line (cut by the label) when not even one fits.
+double WholeLinesHeight(const ItemLook& look, QSizeF label);
 
 // --- pictures
 // "~Graphics~" at the very start stands for the graphics folder (every occurrence is then

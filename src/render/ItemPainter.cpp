@@ -25,12 +25,41 @@ QList<qreal> DashPattern(int style)
     }
 }
 
+// A one-device-pixel line along the middle of a solid band. The band itself is painted at its true
+// width; this line keeps it visible where the device shows it scaled down (a preview at 41 %
+// replays the printer's pixels at a fraction of their size and would thin a band to nothing).
+// A cosmetic pen is one pixel on whatever device finally draws it.
+void Hairline(QPainter& p, const QRectF& band, const QColor& color)
+{
+    if (band.width() <= 0 || band.height() <= 0)
+        return;
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing, false); // a whole pixel, not two half-tones
+    QPen pen(color, 0, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    p.setPen(pen);
+    p.setBrush(Qt::NoBrush);
+    if (band.width() >= band.height())
+        p.drawLine(QPointF(band.left(), band.center().y()), QPointF(band.right(), band.center().y()));
+    else
+        p.drawLine(QPointF(band.center().x(), band.top()), QPointF(band.center().x(), band.bottom()));
+    p.restore();
+}
+
+// A solid stroke: the band at its width, never thinner than one pixel of the final device.
+void FillStroke(QPainter& p, const QRectF& band, const QColor& color)
+{
+    p.fillRect(band, color);
+    Hairline(p, band, color);
+}
+
 // A stroke of thickness t drawn as a line along the middle of `band`, with the style's dashes.
-void StrokeBand(QPainter& p, const QRectF& band, int style, quint32 color)
+// The dashed styles are one pixel thick (thicker lines draw solid), so the pen is cosmetic: one
+// pixel wide and dashed in pixels on the screen, the preview and paper alike.
+void StrokeBand(QPainter& p, const QRectF& band, int style, quint32 color, double px)
 {
     const bool horizontal = band.width() >= band.height();
     const double t = horizontal ? band.height() : band.width();
-    QPen pen(Bgr(color), t, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    QPen pen(Bgr(color), t <= px + 1e-9 ? 0 : t, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
     const QList<qreal> dashes = DashPattern(style);
     if (!dashes.isEmpty())
         pen.setDashPattern(dashes);
@@ -58,18 +87,21 @@ void FillRing(QPainter& p, const QRectF& outer, const QRectF& hole, const QColor
     };
     for (const QRectF& s : strips)
         if (s.width() > 0 && s.height() > 0)
-            p.fillRect(s, color);
+            FillStroke(p, s, color);
 }
 
-// A one-pixel frame just inside r.
+// A one-pixel frame just inside r (a cosmetic pen: one pixel on every device).
 void PixelFrame(QPainter& p, const QRectF& r, double px, const QColor& color, Qt::PenStyle style = Qt::SolidLine)
 {
     if (r.width() <= 0 || r.height() <= 0)
         return;
-    QPen pen(color, px, style, Qt::SquareCap, Qt::MiterJoin);
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing, false);
+    QPen pen(color, 0, style, Qt::SquareCap, Qt::MiterJoin);
     p.setPen(pen);
     p.setBrush(Qt::NoBrush);
     p.drawRect(r.adjusted(px / 2, px / 2, -px / 2, -px / 2));
+    p.restore();
 }
 
 } // namespace
@@ -88,13 +120,19 @@ void PaintTextItem(QPainter& p, const ItemLook& look, double px)
     if (parts.ring)
         FillRing(p, parts.frame, parts.label, border);
     if (parts.shadow) {
-        p.fillRect(parts.vShadow, border);
-        p.fillRect(parts.hShadow, border);
+        FillStroke(p, parts.vShadow, border);
+        FillStroke(p, parts.hShadow, border);
     }
     if (!look.text.isEmpty() && parts.label.width() > 0 && parts.label.height() > 0) {
+        // Only whole lines show: a wrapped line that does not fit is left out, not cut in half.
+        QRectF shown = parts.label;
+        shown.setHeight(WholeLinesHeight(look, parts.label.size()));
+        p.save();
+        p.setClipRect(shown, Qt::IntersectClip);
         p.setFont(ItemFont(look));
         p.setPen(Bgr(look.foreColor));
         p.drawText(parts.label, TextFlags(look), look.text);
+        p.restore();
     }
     if (look.showOutline)
         PixelFrame(p, QRectF(QPointF(0, 0), r.size()), px, QColor(128, 128, 128), Qt::DotLine);
@@ -116,10 +154,10 @@ void PaintBoxItem(QPainter& p, const ItemLook& look, double px)
     if (style == ItemCode::BorderSolid || style == ItemCode::BorderSolidLine) {
         const QColor c = Bgr(look.borderColor);
         for (const QRectF& edge : {e.top, e.bottom, e.left, e.right})
-            p.fillRect(edge, c);
+            FillStroke(p, edge, c);
     } else if (style >= ItemCode::BorderDash && style <= ItemCode::BorderDashDotDot) {
         for (const QRectF& edge : {e.top, e.bottom, e.left, e.right})
-            StrokeBand(p, edge, style, look.borderColor);
+            StrokeBand(p, edge, style, look.borderColor, px);
     }
     p.restore();
 }
@@ -131,10 +169,10 @@ void PaintLineItem(QPainter& p, const ItemLook& look, double px)
     const QRectF line = LineRect(r.size(), t).translated(r.topLeft());
     const int style = LineDrawStyle(look.lineStyle, t, px);
     if (style == ItemCode::BorderSolid)
-        p.fillRect(line, Bgr(look.borderColor));
+        FillStroke(p, line, Bgr(look.borderColor));
     else if (style >= ItemCode::BorderSolidLine && style <= ItemCode::BorderDashDotDot) {
         p.save();
-        StrokeBand(p, line, style, look.borderColor);
+        StrokeBand(p, line, style, look.borderColor, px);
         p.restore();
     }
     // Style 5 is an invisible line: nothing to draw.

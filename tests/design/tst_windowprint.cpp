@@ -5,6 +5,7 @@
 #include "document/RdfFile.h"
 
 #include <QDir>
+#include <QMenu>
 #include <QFileInfo>
 
 namespace {
@@ -106,6 +107,23 @@ private slots:
         QVERIFY(!engine.runs[1].request.preview && !engine.runs[1].request.printDialog);
         QVERIFY(!engine.runs[2].request.preview && engine.runs[2].request.printDialog);
         host.prompts.answers.push_back(Mb::No); // the save question on close
+    }
+
+    void printSetupIsOnTheFileMenuAndOpensTheSetup()
+    {
+        int shown = 0;
+        QWidget* parent = nullptr;
+        SetPrinterSetup([&](QWidget* p) { ++shown, parent = p; });
+        WindowTestHost host;
+        Window w = Open();
+        QAction* setup = w->Commands().Action(QStringLiteral("miPrintSetup"));
+        QVERIFY(setup->isEnabled());
+        QMenu* file = w->Commands().Menu(u"mnuFile");
+        QVERIFY(file && file->actions().contains(setup));
+        setup->trigger();
+        QCOMPARE(shown, 1);
+        QCOMPARE(parent, w.get());
+        SetPrinterSetup(nullptr);
     }
 
     void anEmptyReportIsNotPrinted()

@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QCheckBox>
 #include <QTimer>
 #include <QtTest>
@@ -53,12 +52,25 @@ struct FakePrintForm : PrintForm {
 struct FakeDesign : DesignWindow {
     QStringList* log;
     QWidget widget;
-    explicit FakeDesign(QStringList* l) : log(l) {}
+    bool opens = true; // what SetReport answers: false for a file that cannot be read
+    explicit FakeDesign(QStringList* l, bool o) : log(l), opens(o) {}
     QWidget* Widget() override { return &widget; }
-    void Unload() override {}
+    void Unload() override { *log << "unload"; widget.close(); }
     void Init(int job, int kind, bool fields) override { *log << QString("init %1 %2 %3").arg(job).arg(kind).arg(fields); }
-    void SetReport(const QString& f, const QString& t, const QString& id) override { *log << "report " + f + "|" + t + "|" + id; }
+    bool SetReport(const QString& f, const QString& t, const QString& id) override
+    {
+        *log << "report " + f + "|" + t + "|" + id;
+        return opens;
+    }
 };
+
+// Clicks the upper or lower end of a spinner, whatever draws its arrows.
+void ClickArrow(QWidget* spinner, bool up)
+{
+    const QPoint at(spinner->width() / 2, up ? 2 : spinner->height() - 3);
+    QWidget* target = spinner->childAt(at);
+    QTest::mouseClick(target ? target : spinner, Qt::LeftButton, {}, target ? target->mapFrom(spinner, at) : at);
+}
 
 // Answers the listing number prompt that opens next with text (cancels when empty).
 void AnswerListnumLater(const QString& text)
@@ -93,6 +105,7 @@ class TestFlyers : public QObject {
     std::vector<std::unique_ptr<FakeDesign>> m_designs;
     QStringList m_designLog;
     QString m_live, m_hidden;
+    bool m_nextDesignFails = false;
 
     std::unique_ptr<frmFlyers> newWindow()
     {
@@ -128,7 +141,7 @@ private slots:
             return f;
         });
         SetDesignWindowFactory([this] {
-            m_designs.push_back(std::make_unique<FakeDesign>(&m_designLog));
+            m_designs.push_back(std::make_unique<FakeDesign>(&m_designLog, !m_nextDesignFails));
             return m_designs.back().get();
         });
         m_live = m_host->Column("SELECT ListNum FROM Listings WHERE CLng(LstStatus) NOT IN (2005,2006);").value(0);
@@ -141,7 +154,12 @@ private slots:
         SetDesignWindowFactory({});
         m_host.reset();
     }
-    void init() { m_designLog.clear(); }
+    void init()
+    {
+        m_designLog.clear();
+        for (auto& d : m_designs)
+            d->widget.close();
+    }
 
     void listingExists()
     {
@@ -227,6 +245,77 @@ private slots:
         QCOMPARE(m_designLog, (QStringList{"init -1 2 0", "report " + file + "|Mine.rdf|", "init -1 2 0",
                                            "report " + file + "|Mine.rdf|" + m_live}));
         QVERIFY(prompter.asked.empty());
+    }
+
+    void designWindowsOutliveTheManager()
+    {
+        // A designer opened from the manager is the user's work in progress: closing the manager
+        // leaves it open, and a host ends only once it is closed too.
+        m_host->MainForm().SetSwitch(2);
+        auto w = newWindow();
+        w->show();
+        select(*w, "Templates", "Open House");
+        w->cmdChangeCurrent->click();
+        QVERIFY(!m_designs.empty());
+        QWidget& design = m_designs.back()->widget;
+        QVERIFY(design.isVisible());
+        QCOMPARE(OpenDesignWindows(), 1);
+        w->cmdClose->click();
+        QVERIFY(!w->isVisible());
+        QVERIFY(design.isVisible());
+        QCOMPARE(OpenDesignWindows(), 1);
+        design.close();
+        QCOMPARE(OpenDesignWindows(), 0);
+        m_host->closedJobs.clear();
+    }
+
+    void unreadableFlyerOpensNoDesigner()
+    {
+        // The designer has already said why the file could not be read; an empty "Untitled"
+        // window in its place would only mislead.
+        m_host->MainForm().SetSwitch(2);
+        auto w = newWindow();
+        select(*w, "Templates", "Zeta");
+        m_nextDesignFails = true;
+        w->cmdChangeCurrent->click();
+        m_nextDesignFails = false;
+        QCOMPARE(m_designLog.size(), 3);
+        QVERIFY(m_designLog[1].endsWith("|Zeta.rdf|"));
+        QCOMPARE(m_designLog[2], QString("unload"));
+        QVERIFY(!m_designs.back()->widget.isVisible());
+        QCOMPARE(OpenDesignWindows(), 0);
+    }
+
+    void copiesArrowsCountAndTheBoxShowsWhatPrints()
+    {
+        auto w = newWindow();
+        w->show();
+        select(*w, "Templates", "Open House");
+        m_form->calls.clear();
+        ClickArrow(w->updCopies, true);
+        ClickArrow(w->updCopies, true);
+        QCOMPARE(w->txtCopies->text(), QString("3"));
+        ClickArrow(w->updCopies, false);
+        QCOMPARE(w->txtCopies->text(), QString("2"));
+        QCOMPARE(m_form->copies, 2);
+        ClickArrow(w->updCopies, false);
+        ClickArrow(w->updCopies, false); // never below one
+        QCOMPARE(w->txtCopies->text(), QString("1"));
+        QCOMPARE(m_form->copies, 1);
+
+        // "0" is an unfinished entry to the box's validator: leaving the box puts back the number
+        // that prints instead of keeping a "0" on show.
+        w->txtCopies->selectAll();
+        QTest::keyClicks(w->txtCopies, "0");
+        QCOMPARE(w->txtCopies->text(), QString("0"));
+        QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+        QApplication::sendEvent(w->txtCopies, &out);
+        QCOMPARE(w->txtCopies->text(), QString("1"));
+        // Printing straight from the box takes what it shows.
+        w->txtCopies->setText("4");
+        w->cmdPrintCurrent->click();
+        QCOMPARE(m_form->copies, 4);
+        QVERIFY(m_form->calls.last().startsWith("print "));
     }
 
     void printing()

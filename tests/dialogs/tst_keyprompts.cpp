@@ -67,12 +67,53 @@ private slots:
             QCOMPARE(a.title, QString("Input Error"));
         }
         QCOMPARE(p.result(), int(QDialog::Rejected));
-        p.txtPropertyId->setText("240,001");
+        p.txtPropertyId->setText(" 240001 "); // blanks of a paste are dropped
         p.cmdOK->click();
         QCOMPARE(p.result(), int(QDialog::Accepted));
-        QCOMPARE(p.Text(), QString("240,001"));
+        QCOMPARE(p.Text(), QString("240001"));
         p.cmdCancel->click();
         QCOMPARE(p.Text(), QString());
+    }
+
+    void listnumTakesOnlyKeysThatPrint_data()
+    {
+        QTest::addColumn<bool>("allowList");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("message"); // "" = accepted
+        const QString digits = "Invalid entry - a listing number is written with digits only, such as 240001 (not \"%1\")";
+        QTest::newRow("decimal") << false << "240001.0" << digits.arg("240001.0");
+        QTest::newRow("thousands") << false << "240,001" << digits.arg("240,001");
+        QTest::newRow("exponent") << false << "2.4e5" << digits.arg("2.4e5");
+        QTest::newRow("dot") << false << "." << "Invalid entry - must be numeric";
+        QTest::newRow("too long") << false << "1234567890123456789" << digits.arg("1234567890123456789");
+        QTest::newRow("plain") << false << "240001" << "";
+        QTest::newRow("list") << true << "240001, 240002" << "";
+        QTest::newRow("list with decimal") << true << "240001,240002.5" << digits.arg("240002.5");
+        QTest::newRow("list with empty") << true << "240001,," << "Invalid entry - must be numeric";
+    }
+    void listnumTakesOnlyKeysThatPrint()
+    {
+        // The rule the report engine applies to a record key, applied where the key is typed:
+        // what the prompt takes prints, what it refuses is said in words.
+        QFETCH(bool, allowList);
+        QFETCH(QString, typed);
+        QFETCH(QString, message);
+        ScriptedPrompter prompter;
+        frmListnumPrompt p;
+        p.Load(allowList);
+        p.txtPropertyId->setText(typed);
+        p.cmdOK->click();
+        if (message.isEmpty()) {
+            QVERIFY(prompter.asked.empty());
+            QCOMPARE(p.result(), int(QDialog::Accepted));
+            for (const QString& key : p.Text().split(','))
+                QVERIFY(clsRptControl::KeyIsSafe(1, key.trimmed()));
+            return;
+        }
+        QCOMPARE(prompter.asked.size(), size_t(1));
+        QCOMPARE(prompter.asked[0].prompt, message);
+        QCOMPARE(prompter.asked[0].title, QString("Input Error"));
+        QCOMPARE(p.result(), int(QDialog::Rejected));
     }
 
     void listnumBrowse()

@@ -29,7 +29,7 @@ public:
 struct TestDesign : Recorded<DesignWindow> {
     explicit TestDesign(QStringList& l) : Recorded(l, QStringLiteral("design")) {}
     void Init(int job, int kind, bool fields) override { log << QStringLiteral("design init %1 %2 %3 ").arg(job).arg(kind).arg(fields) + shown(); }
-    void SetReport(const QString& file, const QString&, const QString& id) override { log << "design report " + file + " " + id; }
+    bool SetReport(const QString& file, const QString&, const QString& id) override { return log << "design report " + file + " " + id, true; }
 };
 
 struct TestFlyers : Recorded<FlyerWindow> {

@@ -1,5 +1,6 @@
 // The print form behind the flyer manager: template-only and keyed output, copies on the
 // printer, missing keys, and the preview pane.
+#include "support_printdialog.h"
 #include "support_report.h"
 
 #include "entry/Prompts.h"
@@ -48,9 +49,10 @@ private slots:
         QFETCH(int, copies);
         ReportFixture f;
         ScriptedPrompter prompter;
+        PrintDialogDriver dialogs;
         ReportPrintForm form;
         const QString pdf = path(QString("out%1.pdf").arg(QTest::currentDataTag()));
-        form.Printer().setOutputFileName(pdf);
+        dialogs.answers = {{pdf}};
         form.SetReportFile(m_report);
         form.SetTemplateOnly(templateOnly);
         form.SetCopies(copies);

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QPainter>
+#include <QPicture>
 #include <QtTest>
 
 namespace {
@@ -261,6 +262,90 @@ private slots:
         auto [w0, w1] = inkSpan(Render({l}, QSize(200, 20)));
         QVERIFY(w0 >= 0);
         QVERIFY2(w1 < 60, qPrintable(QString::number(w1)));
+    }
+
+    void wrappedTextShowsWholeLinesOnly()
+    {
+        // A field one and a half lines tall whose text wraps: the second line would be cut in
+        // half, so none of it shows, on the screen and on paper alike.
+        ItemLook l = Text(QRectF(0, 0, 1800, 0), QStringLiteral("Spacious family home with a large garden"));
+        l.fontSize = 12;
+        const double line = QFontMetricsF(ItemLayout::ItemFont(l)).height();
+        l.rect.setHeight(line * 1.6);
+        const double shown = ItemLayout::WholeLinesHeight(l, l.rect.size());
+        QVERIFY2(shown > line * 0.95 && shown < line * 1.05, qPrintable(QString::number(shown)));
+        for (double dpi : {96.0, 600.0}) {
+            const double px = PixelTwipsForDpi(dpi);
+            const QImage img = Render({l}, QSize(int(1800 / px) + 2, int(l.rect.height() / px) + 2), dpi);
+            int firstLine = 0, below = 0;
+            for (int y = 0; y < img.height(); ++y)
+                for (int x = 0; x < img.width(); ++x)
+                    if (qGray(img.pixel(x, y)) < 160)
+                        (y * px < line ? firstLine : below) += 1;
+            QVERIFY2(firstLine > 20, qPrintable(QString::number(dpi)));
+            QVERIFY2(below == 0, qPrintable(QStringLiteral("%1 dpi: %2 inked pixels under the first line").arg(dpi).arg(below)));
+        }
+        // Lines that fit are all shown; a label too short for one line still shows its top.
+        l.rect.setHeight(line * 2.2);
+        QVERIFY(ItemLayout::WholeLinesHeight(l, l.rect.size()) >= line * 2);
+        l.text = QStringLiteral("Garden");
+        QCOMPARE(ItemLayout::WholeLinesHeight(l, QSizeF(1800, line * 0.5)), line * 0.5);
+        QCOMPARE(ItemLayout::WholeLinesHeight(l, QSizeF(1800, line * 3)), line * 3);
+    }
+
+    void strokesKeepOnePixelWhenScaledDown_data()
+    {
+        QTest::addColumn<double>("zoom");
+        // A preview replays the printer's pixels at a fraction of their size.
+        for (double z : {0.41, 0.55, 0.60, 0.25})
+            QTest::newRow(qPrintable(QString::number(z))) << z;
+    }
+    void strokesKeepOnePixelWhenScaledDown()
+    {
+        QFETCH(double, zoom);
+        const double px = PixelTwipsForDpi(1200); // a high-resolution printer's pixel
+        ItemLook box = Shape(ItemKind::Box, QRectF(1440, 1440, 2880, 1440), ItemCode::BorderSolid, 0);
+        ItemLook dotted = Shape(ItemKind::Box, QRectF(1440, 3600, 2880, 1440), ItemCode::BorderDot, 0);
+        ItemLook hline = Shape(ItemKind::Line, QRectF(1440, 5400, 2880, 45), ItemCode::BorderSolid, 0.5);
+        ItemLook vline = Shape(ItemKind::Line, QRectF(5040, 1440, 45, 2880), ItemCode::BorderSolid, 1);
+        ItemLook framed = Text(QRectF(1440, 6000, 2880, 600), QString());
+        framed.borderStyle = ItemCode::BorderSolid;
+        framed.borderWidth = 0;
+        QPicture pic;
+        {
+            QPainter p(&pic);
+            p.scale(1 / px, 1 / px);
+            for (const ItemLook& l : {box, dotted, hline, vline, framed})
+                PaintItem(p, l, px);
+        }
+        // Screen pixels per printer pixel at this zoom: 96 dpi shown for 1200 printed.
+        const double s = zoom * 96.0 / 1200.0;
+        QImage img(int(8 * 1440 / px * s), int(8 * 1440 / px * s), QImage::Format_ARGB32_Premultiplied);
+        img.fill(Qt::white);
+        {
+            QPainter p(&img);
+            p.scale(s, s);
+            p.drawPicture(0, 0, pic);
+        }
+        // Sample across each stroke: some pixel on the way must be dark.
+        auto crossed = [&](QPointF from, QPointF to) {
+            const QPointF a = from / px * s, b = to / px * s;
+            const int n = int(std::max(std::abs(b.x() - a.x()), std::abs(b.y() - a.y()))) + 1;
+            for (int i = 0; i <= n; ++i) {
+                const QPointF q = a + (b - a) * (double(i) / n);
+                if (img.rect().contains(q.toPoint()) && qGray(img.pixel(q.toPoint())) < 100)
+                    return true;
+            }
+            return false;
+        };
+        QVERIFY2(crossed({2880, 1300}, {2880, 1600}), "box top edge");
+        QVERIFY2(crossed({2880, 2750}, {2880, 3000}), "box bottom edge");
+        QVERIFY2(crossed({1300, 2160}, {1600, 2160}), "box left edge");
+        QVERIFY2(crossed({4200, 2160}, {4500, 2160}), "box right edge");
+        QVERIFY2(crossed({1600, 3450}, {1600, 3750}) || crossed({1700, 3450}, {1700, 3750}), "dotted top edge");
+        QVERIFY2(crossed({2880, 5300}, {2880, 5550}), "half-point line");
+        QVERIFY2(crossed({4950, 2880}, {5200, 2880}), "vertical line");
+        QVERIFY2(crossed({2880, 5900}, {2880, 6150}), "text border");
     }
 
     void picturePlacement()
