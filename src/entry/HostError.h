@@ -30,4 +30,6 @@ constexpr int PathNotFound = 76;
 constexpr int BadFileFormat = 321;
 constexpr int DiskFull = 61;
 constexpr int FileAccess = 75;
+constexpr int PermissionDenied = 70;
+constexpr int OutOfMemory = 7;
 }
