@@ -14,10 +14,7 @@ std::unique_ptr<EmbeddedHost> EmbeddedHost::Open(const QString& dataDir)
     const QString dir = QDir::cleanPath(QDir(dataDir).absolutePath());
     const QString ini = dir + QLatin1Char('/') + QLatin1String(DataFolder::HostIniName);
     const QString db = dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName);
-    if (!QFileInfo(ini).isFile() || !QFileInfo(db).isFile())
-        throw HostError(HostErr::PathNotFound,
-                        QStringLiteral("The data folder '%1' is not prepared (no %2 or %3); run 'pagewright demo --data \"%1\"' first.")
-                            .arg(dir, QLatin1String(DataFolder::HostIniName), QLatin1String(DataFolder::DatabaseName)));
+    DataFolder::RequirePrepared(dir);
     return std::unique_ptr<EmbeddedHost>(new EmbeddedHost(dir));
 }
 
@@ -38,6 +35,14 @@ EmbeddedHost::EmbeddedHost(const QString& dataDir) : m_dir(dataDir)
     m_helpFile = get("HelpFile");
     m_db = std::make_unique<SqliteDatabase>(m_dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName));
     m_db->SetStatementObserver([this](const QString& sql) { logStatement(sql); });
+    // [Host] SqlTimeLimit (seconds) and SqlResultLimitMB override the statement budget; 0: none.
+    SqliteDatabase::Budget budget;
+    bool ok = false;
+    if (const double s = get("SqlTimeLimit").toDouble(&ok); ok && s >= 0)
+        budget.timeLimitMs = int(qMin(s, 86400.0) * 1000);
+    if (const qint64 mb = get("SqlResultLimitMB").toLongLong(&ok); ok && mb >= 0)
+        budget.maxResultBytes = qMin<qint64>(mb, 1 << 20) << 20;
+    m_db->SetBudget(budget);
     m_photos = std::make_unique<::PhotoService>(*m_db, m_dir + QStringLiteral("/Photos"));
 }
 

@@ -26,10 +26,22 @@ public:
     void SetStatementObserver(std::function<void(const QString&)> observer) { m_observer = std::move(observer); }
     QString File() const { return m_file; }
 
+    // What one statement may cost before it is stopped with an error: wall-clock time and the
+    // bytes of its result held in memory. A cross join in a sub-report must not hang the report.
+    struct Budget {
+        int timeLimitMs = 10000;
+        qint64 maxResultBytes = qint64(256) << 20;
+    };
+    void SetBudget(const Budget& budget) { m_budget = budget; }
+    Budget CurrentBudget() const { return m_budget; }
+
 private:
     std::unique_ptr<Recordset> run(const QString& sqliteSql, const QVariantList& params, const QString& original);
 
     QString m_file;
     sqlite3* m_db = nullptr;
     std::function<void(const QString&)> m_observer;
+    Budget m_budget;
+    qint64 m_deadline = 0; // QDeadlineTimer-style msecs since the epoch of m_clock; 0: none
+    static int progress(void* self);
 };
