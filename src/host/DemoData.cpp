@@ -424,8 +424,22 @@ void GenerateDemoData(const QString& dir, int listings, std::function<void(int, 
         throw HostError(HostErr::FileNotFound, QStringLiteral("Could not find demo-schema.sql and dictionary.tsv (set PAGEWRIGHT_CATALOGUE to their folder)."));
     // Only an empty folder or one that already is a data folder: anything else may be the
     // user's (a folder whose database went missing still holds their reports and photos).
-    if (!DataFolder::IsEmptyOrAbsent(dir) && !DataFolder::Missing(dir).isEmpty())
+    const bool wasEmpty = DataFolder::IsEmptyOrAbsent(dir);
+    if (!wasEmpty && !DataFolder::Missing(dir).isEmpty())
         DataFolder::RequirePrepared(dir);
+    // A first run that fails (a full disk) takes back what it made, so the folder is empty
+    // again and may be filled by the next try rather than refused as someone else's.
+    struct FirstRunGuard {
+        QString dir;
+        bool active;
+        ~FirstRunGuard()
+        {
+            if (!active)
+                return;
+            for (const QFileInfo& f : QDir(dir).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+                f.isDir() && !f.isSymLink() ? (void)QDir(f.filePath()).removeRecursively() : (void)QFile::remove(f.filePath());
+        }
+    } firstRun{dir, wasEmpty};
     makeFolders(dir);
 
     // Everything new is built beside the old data and swapped in only once complete, so a
@@ -471,6 +485,7 @@ void GenerateDemoData(const QString& dir, int listings, std::function<void(int, 
         move(stage + QStringLiteral("/Graphics/") + g, dir + QStringLiteral("/Graphics/") + g);
     move(tmp, db);
     writeIdentity(dir);
+    firstRun.active = false;
     if (progress)
         progress(listings, listings);
 }

@@ -132,6 +132,13 @@ private slots:
 
     void demoForceOnAFullDiskKeepsTheOldData()
     {
+        // A first run that fails leaves the folder empty, so the next try may fill it.
+        QTemporaryDir first;
+        const AppRun failed = runLimited({"demo", "--data", first.path(), "--listings", "12"}, 48 * 1024);
+        QVERIFY(failed.code != 0);
+        QVERIFY2(failed.err.contains("error"), qPrintable(failed.err));
+        QVERIFY(QDir(first.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot));
+
         QTemporaryDir dir;
         QVERIFY(runLimited({"demo", "--data", dir.path(), "--listings", "12"}).code == 0);
         writeFile(dir.filePath("Graphics/My own logo.jpg"), "mine");
@@ -208,6 +215,35 @@ private slots:
                 QCOMPARE(r.code, 1);
                 QVERIFY2(r.err.contains("Error: 75 - Path/File access error: " + input), qPrintable(args.join(' ') + ": " + r.err));
             }
+        }
+    }
+
+    // A picture item naming a FIFO: the commands finish (the picture is missing), never wait.
+    void fifoAsPictureIsNotWaitedOn()
+    {
+        QTemporaryDir dir;
+        const QString fifo = dir.filePath("photo.jpg");
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        RdfReport r;
+        RdfItem pic;
+        pic.kind = RdfKind::Image;
+        pic.name = "Picture1";
+        pic.height = 1440;
+        pic.width = 1440;
+        pic.formatOrFile = fifo;
+        r.items.push_back(pic);
+        const QString report = dir.filePath("Picture.rdf");
+        writeFile(report, RdfWrite(r));
+        const QList<QStringList> commands = {{"dump", report, dir.filePath("d.txt")},
+                                             {"resave", report, dir.filePath("r.rdf"), "--data", demoFolder()},
+                                             {"dataview", report, "--key", "240001", "--data", demoFolder()}};
+        for (const QStringList& args : commands) {
+            QProcess p;
+            p.start(QStringLiteral(PW_APP), args);
+            const bool finished = p.waitForFinished(20000);
+            if (!finished)
+                p.kill(), p.waitForFinished();
+            QVERIFY2(finished, qPrintable(args.join(' ') + " waits on the FIFO"));
         }
     }
 };

@@ -51,7 +51,7 @@ int runEditingChild(const QString& folder, const QString& tempFolder)
     Draw(*w, "tbInsertRectangle", {1200, 1500}, {3000, 2400});
     // A temporary file of this process, as a copy or a print would leave.
     const QString temp = clsTempFile::FileName2(QStringLiteral("~QR"), tempFolder);
-    for (int i = 0; i < 200 && w->Recovery()->CopyFile().isEmpty(); ++i)
+    for (int i = 0; i < 600 && w->Recovery()->CopyFile().isEmpty(); ++i)
         QTest::qWait(50);
     std::printf("READY %s %s\n", qPrintable(w->Recovery()->CopyFile()), qPrintable(temp));
     std::fflush(stdout);
@@ -71,7 +71,7 @@ KilledEditor killEditorMidEdit(const QString& folder, const QString& tempFolder)
     child.setProcessEnvironment(env);
     child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--edit-and-wait"), folder, tempFolder});
     QByteArray out;
-    while (!out.contains('\n') && child.waitForReadyRead(30000))
+    while (!out.contains('\n') && child.waitForReadyRead(60000))
         out += child.readAllStandardOutput();
     ::kill(pid_t(child.processId()), SIGKILL);
     child.waitForFinished(10000);
@@ -145,7 +145,7 @@ private slots:
         // Saving (Ctrl+S, a real key) ends the need for a copy once the user pauses.
         QTest::keyClick(w.get(), Qt::Key_S, Qt::ControlModifier);
         QVERIFY(!w->Document().DirtyFlag);
-        QTRY_VERIFY(!QFile::exists(own));
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(own), 20000);
         QCOMPARE(recoveryFiles(host), QStringList{});
         QVERIFY(bytesOf(host.Report()) != saved);
         w->Unload();
@@ -172,7 +172,7 @@ private slots:
 
         // Unsaved work in a window that is open is not someone else's to recover.
         Draw(*w, "tbInsertRectangle", {1200, 1500}, {3000, 2400});
-        QTRY_VERIFY(!w->Recovery()->CopyFile().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!w->Recovery()->CopyFile().isEmpty(), 20000);
         Window second = Open();
         QCOMPARE(RecoveryCopy::OfferRecovery(second.get()), std::vector<frmPagewright*>{});
         QCOMPARE(host.prompts.asked.size(), size_t(1));
