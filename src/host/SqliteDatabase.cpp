@@ -80,7 +80,7 @@ std::unique_ptr<Recordset> SqliteDatabase::run(const QString& sqliteSql, const Q
     auto fail = [&](const QString& what) -> HostError {
         const int code = sqlite3_errcode(m_db);
         if (code == SQLITE_INTERRUPT)
-            return HostError(HostErr::SqlExecute, QStringLiteral("The statement took longer than %1 s and was stopped (statement: %2)")
+            return HostError(HostErr::Timeout, QStringLiteral("The statement took longer than %1 s and was stopped (statement: %2)")
                                                       .arg(m_budget.timeLimitMs / 1000.0).arg(original));
         if (code == SQLITE_NOMEM)
             return HostError(HostErr::OutOfMemory, QStringLiteral("Out of memory: the statement needs more than the database may use (statement: %1)").arg(original));

@@ -78,7 +78,7 @@ private slots:
         db.SetBudget({300, qint64(64) << 20});
         const QString sql = QStringLiteral("SELECT Count(*) FROM T AS A, T AS B, T AS C");
         QCOMPARE(errorOf([&] { db.OpenRecordset(1, sql); }),
-                 qMakePair(int(HostErr::SqlExecute), "The statement took longer than 0.3 s and was stopped (statement: " + sql + ")"));
+                 qMakePair(int(HostErr::Timeout), "The statement took longer than 0.3 s and was stopped (statement: " + sql + ")"));
         // The budget is per statement: the next one runs normally.
         QCOMPARE(RowsOf(*db.OpenRecordset(1, QStringLiteral("SELECT Count(*) FROM T"))), QStringList{"2000"});
     }
