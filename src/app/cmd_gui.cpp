@@ -3,6 +3,7 @@
 #include "DemoFlyers.h"
 #include "Subcommands.h"
 
+#include "design/RecoveryCopy.h"
 #include "design/frmPagewright.h"
 #include "dialogs/frmFlyers.h"
 #include "dialogs/frmPropertyPrompt.h"
@@ -17,6 +18,7 @@
 #include "host/EmbeddedHost.h"
 #include "output/ReportEngine.h"
 #include "output/ReportPrintForm.h"
+#include "sqltext/clsTempFile.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -50,7 +52,9 @@ int RunDesigner(int argc, char** argv)
     SetPrompter(&prompter);
     std::unique_ptr<EmbeddedHost> host;
     try {
-        if (!DemoDataExists(dir)) {
+        // Demo data only ever goes into an empty folder; one that lost its database is the
+        // user's, and opening it fails below naming what is missing.
+        if (DataFolder::IsEmptyOrAbsent(dir)) {
             std::fprintf(stderr, "pagewright: preparing the demo data in %s (first run)...\n", qPrintable(dir));
             GenerateDemoData(dir);
             WriteDemoFlyers(dir);
@@ -87,6 +91,9 @@ int RunDesigner(int argc, char** argv)
         if (!openFile.isEmpty())
             if (auto* w = dynamic_cast<frmPagewright*>(designer.DesignForm()))
                 w->SetReport(QFileInfo(openFile).absoluteFilePath(), QFileInfo(openFile).fileName(), QString());
+        // What a killed earlier run left: its temporary files go, its unsaved work is offered.
+        clsTempFile::RemoveOrphans(QStringLiteral("~QR"));
+        RecoveryCopy::OfferRecovery(dynamic_cast<frmPagewright*>(designer.DesignForm()));
         rc = app.exec();
     } catch (const HostError& e) {
         std::fprintf(stderr, "pagewright: %s (error %d)\n", qPrintable(e.Description()), e.Number());

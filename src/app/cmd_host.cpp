@@ -137,10 +137,6 @@ int runSql(const QStringList& argsIn)
         return 2;
     }
     try {
-        if (!DemoDataExists(dir)) {
-            err(QStringLiteral("No demo data in %1 yet: generating it first.").arg(dir));
-            GenerateDemoData(dir);
-        }
         auto host = EmbeddedHost::Open(dir);
         if (!log.isEmpty() && !host->SetSqlLog(log)) {
             err(QStringLiteral("Cannot append to the log file '%1'.").arg(log));

@@ -32,10 +32,6 @@ int runRender(const QStringList& argsIn)
         return 2;
     }
     try {
-        if (!DemoDataExists(dir)) {
-            err(QStringLiteral("Preparing the demo data in %1 ...").arg(dir));
-            GenerateDemoData(dir);
-        }
         std::unique_ptr<EmbeddedHost> host = EmbeddedHost::Open(dir);
         gHost = host.get();
         ReportEngine engine;

@@ -17,14 +17,10 @@ namespace {
 
 void err(const QString& text) { std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData()); }
 
-// The host of a data folder, prepared on first use.
+// The host of a data folder; one that is not prepared is an error (nothing is generated).
 std::unique_ptr<EmbeddedHost> openHost(QStringList& args)
 {
     const QString dir = DataFolder::ResolveDataFolder(args);
-    if (!DemoDataExists(dir)) {
-        err(QStringLiteral("Preparing the demo data in %1 ...").arg(dir));
-        GenerateDemoData(dir);
-    }
     auto host = EmbeddedHost::Open(dir);
     const QString log = TakeOption(args, QStringLiteral("--sql-log"));
     if (!log.isEmpty() && !host->SetSqlLog(log))
@@ -59,8 +55,10 @@ struct BatchDocument {
 int runDump(const QStringList& argsIn)
 {
     QStringList args = argsIn;
+    // Accepted like everywhere; a dump sends no statements, so nothing is appended to it.
+    TakeOption(args, QStringLiteral("--sql-log"));
     if (args.size() != 2) {
-        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt"));
+        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt [--sql-log FILE]"));
         return 2;
     }
     try {

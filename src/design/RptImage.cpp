@@ -1,4 +1,5 @@
 #include "design/RptImage.h"
+#include "entry/SafeFile.h"
 
 #include "entry/Host.h"
 #include "entry/HostError.h"
@@ -22,7 +23,8 @@ QImage LoadPictureFile(const QString& hostPath)
     const QFileInfo info(local);
     if (!info.exists())
         throw HostError(HostErr::FileNotFound, QStringLiteral("File not found"));
-    if (info.isDir())
+    // A folder, FIFO or device is no picture, and reading one could wait for ever.
+    if (!IsRegularFile(local))
         throw HostError(HostErr::FileAccess, QStringLiteral("Path/File access error"));
     QImageReader reader(local);
     reader.setAutoTransform(true);

@@ -1,4 +1,5 @@
 #include "design/frmPagewright.h"
+#include "design/RecoveryCopy.h"
 #include "help/HelpBook.h"
 #include "help/HelpContexts.h"
 
@@ -181,6 +182,8 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     if (!m_props)
         m_props = new frmRptProperties(this);
     m_doc->Init(m_dic.get(), this, m_props);
+    if (!m_recovery)
+        m_recovery = new RecoveryCopy(this);
 
     m_bar->SetComboItems(u"fnFont", QFontDatabase::families());
     m_bar->SetComboText(u"fnFont", DefaultFont.family());
@@ -549,6 +552,8 @@ void frmPagewright::FormUnload()
     if (m_unloaded)
         return;
     m_unloaded = true;
+    if (m_recovery)
+        m_recovery->Remove(); // a clean end: saved, or dropped on purpose
     if (m_initialised && gHost)
         UserIni::Set(QStringLiteral("Grid"), GridText(m_grid));
     if (gHost)

@@ -25,6 +25,7 @@ class clsRptControl;
 class frmRptFields;
 class frmRptProperties;
 class GuideLineItem;
+class RecoveryCopy;
 
 class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface, public FieldListOwner,
                       public GridTarget {
@@ -45,6 +46,10 @@ public:
     bool OpenSaveReport(bool saveMode, const QString& path = QString());
     // True when a close is to be cancelled.
     bool QuerySaveChanges();
+    // Loads a crash-recovery copy as unsaved changes of reportFile ("" when it was never saved),
+    // shown as title; the report file itself is not touched. False (after a message) on failure.
+    bool AdoptRecoveredReport(const QString& copyFile, const QString& reportFile, const QString& title);
+    RecoveryCopy* Recovery() const { return m_recovery; }
     void UpdateCaption();
     void DrawRuler();
     void MoveDetailHeaderBar(float pos);
@@ -175,6 +180,7 @@ private:
     std::unique_ptr<FieldDictionary> m_dic;
     frmRptFields* m_fields = nullptr;
     frmRptProperties* m_props = nullptr;
+    RecoveryCopy* m_recovery = nullptr; // child QObject of the window
     bool m_propsPlaced = false;
     GuideLineItem* m_hGuide = nullptr;
     GuideLineItem* m_vGuide = nullptr;

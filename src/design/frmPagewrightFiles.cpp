@@ -2,6 +2,7 @@
 #include "design/frmPagewright.h"
 
 #include "design/CommandBar.h"
+#include "design/RecoveryCopy.h"
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
 #include "entry/Host.h"
@@ -163,6 +164,28 @@ bool frmPagewright::QuerySaveChanges()
     default:
         return true;
     }
+}
+
+bool frmPagewright::AdoptRecoveredReport(const QString& copyFile, const QString& reportFile, const QString& title)
+{
+    try {
+        m_sel->ClearSelect();
+        m_doc->LoadReport(copyFile);
+    } catch (const HostError& e) {
+        SetMousePointer(0);
+        FileError(copyFile, e.Number(), e.Description());
+        return false;
+    }
+    m_bar->ResetToolButtons();
+    m_reportFile = reportFile;
+    m_reportFileTitle = title;
+    m_doc->SetFileName(reportFile);
+    // Unsaved changes of the report, not the report: saving is the user's decision.
+    m_doc->DirtyFlag = true;
+    UpdateCaption();
+    if (m_recovery)
+        m_recovery->Update(); // this window's own copy, before the old one goes
+    return true;
 }
 
 void frmPagewright::NewReport()

@@ -138,9 +138,10 @@ struct RdfSaveHooks {
 // Writes the report to path without ever damaging the previous file: a temporary file in
 // the same folder is written, flushed to disk and renamed over the old one. On failure the
 // old file is untouched, the temporary is removed and RdfError is thrown (PathNotFound,
-// FileAccess, DiskFull, or the RdfWrite errors before anything touches the disk).
+// FileAccess, DiskFull, PermissionDenied for a read-only target, or the RdfWrite errors
+// before anything touches the disk).
 void RdfSaveFile(const QString& path, const RdfReport& report, const RdfSaveHooks& hooks = {});
 
-// Reads and parses a file: FileNotFound (53), PathNotFound (76), FileAccess (75) or the
-// RdfRead errors.
+// Reads and parses a file: FileNotFound (53), PathNotFound (76), FileAccess (75, also for a
+// FIFO, device or anything else that is not a regular file) or the RdfRead errors.
 RdfReport RdfLoadFile(const QString& path);

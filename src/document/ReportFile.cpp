@@ -5,11 +5,15 @@
 
 #include "entry/Host.h"
 #include "entry/Prompts.h"
+#include "entry/SafeFile.h"
 
 #include <QFile>
 #include <QDateTime>
 #include <QFileInfo>
 #include <cmath>
+
+// An embedded picture block holds at most this; larger files cannot be saved in a report.
+static constexpr qint64 kMaxPictureBytes = qint64(256) << 20;
 
 namespace {
 constexpr float BarHeight = 220;
@@ -291,12 +295,10 @@ bool clsRptControl::SaveReport(const QString& FileName, bool pStaticReport)
                 if (r.kind == RdfKind::Field || r.kind == RdfKind::FunctionField)
                     r.dicId = 0;
 
-        for (const QString& f : std::as_const(pictures.files)) {
-            QFile pf(f);
-            if (!pf.open(QIODevice::ReadOnly))
-                throw RdfError(HostErr::FileNotFound, QStringLiteral("File not found: ") + f);
-            rep.pictures.push_back(pf.readAll());
-        }
+        // Regular files only, read to their known size: a FIFO or device named as a picture
+        // must not hang the save.
+        for (const QString& f : std::as_const(pictures.files))
+            rep.pictures.push_back(ReadRegularFile(f, kMaxPictureBytes));
         h.pictureCount = qint32(rep.pictures.size());
         RdfSaveFile(FileName, rep);
     } catch (const HostError& e) {
@@ -308,6 +310,39 @@ bool clsRptControl::SaveReport(const QString& FileName, bool pStaticReport)
     DirtyFlag = false;
     m_fileName = FileName;
     return true;
+}
+
+namespace {
+// Answers for a save nobody asked for: no dialog may interrupt the user's work.
+class SilentPrompter : public Prompter {
+public:
+    int MsgBox(const QString&, int buttons, const QString&) override { return (buttons & 7) == Mb::YesNo ? Mb::No : Mb::OK; }
+    QString ChooseOpenFile(const QString&, const QString&, const QString&) override { return {}; }
+    QString ChooseSaveFile(const QString&, const QString&, const QString&) override { return {}; }
+    std::optional<quint32> ChooseColor(quint32) override { return std::nullopt; }
+};
+} // namespace
+
+bool clsRptControl::WriteRecoveryCopy(const QString& path)
+{
+    const bool dirty = DirtyFlag;
+    const QString name = m_fileName;
+    SilentPrompter silent;
+    Prompter& previous = Prompts();
+    SetPrompter(&silent);
+    struct Restore {
+        Prompter& p;
+        ~Restore() { SetPrompter(&p); }
+    } restore{previous};
+    bool ok = false;
+    try {
+        ok = SaveReport(path, false);
+    } catch (...) {
+        ok = false;
+    }
+    DirtyFlag = dirty;
+    m_fileName = name;
+    return ok;
 }
 
 // ---------------------------------------------------------------- loading and the item builder
@@ -465,8 +500,13 @@ void clsRptControl::EditCopyControls()
             rep.items.push_back(RptFileConverter::toRecord(*this, Item(i), false, pictures, f6));
     // Pictures travel with the copy so that a paste after the source is gone still has them.
     for (const QString& f : std::as_const(pictures.files)) {
-        QFile pf(f);
-        rep.pictures.push_back(pf.open(QIODevice::ReadOnly) ? pf.readAll() : QByteArray());
+        QByteArray bytes;
+        try {
+            bytes = ReadRegularFile(f, kMaxPictureBytes);
+        } catch (const HostError&) {
+            // copied without its picture, as an unreadable file always was
+        }
+        rep.pictures.push_back(bytes);
     }
     rep.header.pictureCount = qint32(rep.pictures.size());
     try {

@@ -1,10 +1,10 @@
 #include "document/VbPrint.h"
+#include "entry/SafeFile.h"
 
 #include "document/RdfFile.h"
 #include "entry/Cp1252.h"
 
 #include <QDir>
-#include <QSaveFile>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -83,13 +83,10 @@ bool VbPrintWriter::SaveFile(const QString& path) const
 {
     if (IsEmpty())
         return false;
-    QSaveFile out(path);
-    const QByteArray bytes = Bytes();
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit()) {
-        const bool full = out.error() == QFileDevice::ResourceError;
-        throw RdfError(full ? HostErr::DiskFull : HostErr::FileAccess,
-                       (full ? QStringLiteral("Disk full: %1") : QStringLiteral("Path/File access error: %1"))
-                           .arg(QDir::toNativeSeparators(path)));
+    try {
+        SafeFileWriter::WriteFile(path, Bytes());
+    } catch (const HostError& e) {
+        throw RdfError(e.Number(), e.Description());
     }
     return true;
 }

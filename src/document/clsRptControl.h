@@ -174,6 +174,9 @@ public:
     bool SaveReport(const QString& FileName, bool pStaticReport);
     void LoadReport(const QString& FileName); // throws RdfError / HostError for the caller to report
     void DmpReport(const QString& FileName) const;
+    // The document's .rdf bytes written to path for crash recovery: no message box on failure,
+    // and the document's file name and unsaved state stay as they were.
+    bool WriteRecoveryCopy(const QString& path);
 
     // --- data view
     void SetView(int view);

@@ -3,9 +3,15 @@
 #include "entry/Host.h"
 #include "entry/ReportKinds.h"
 
+#include "entry/SafeFile.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <vector>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace {
 
@@ -70,14 +76,55 @@ QByteArray keyOf(const QByteArray& line, QByteArray* value = nullptr)
     return line.left(eq).trimmed();
 }
 
-QByteArray readAll(const QString& path, bool* exists)
+constexpr char kBom[] = "\xEF\xBB\xBF";
+constexpr qint64 kMaxIniBytes = 16 << 20; // an INI file is a few lines; anything bigger is not one
+
+// The file's bytes without a UTF-8 byte-order mark (which would hide the first section);
+// *bom tells whether there was one so a write can put it back.
+QByteArray readAll(const QString& path, bool* exists, bool* bom = nullptr)
 {
-    QFile f(path);
-    *exists = f.exists();
-    if (!f.open(QIODevice::ReadOnly))
+    *exists = QFile::exists(path);
+    QByteArray data;
+    try {
+        data = ReadRegularFile(path, kMaxIniBytes);
+    } catch (const HostError&) {
         return {};
-    return f.readAll();
+    }
+    if (data.isNull())
+        data = QByteArray(""); // read, and empty: not the same as unreadable
+    const bool hasBom = data.startsWith(kBom);
+    if (bom)
+        *bom = hasBom;
+    return hasBom ? data.mid(3) : data;
 }
+
+// An exclusive advisory lock on "<file>.lock" for one read-modify-write, so two programs that
+// change the same file at once both keep their change. Released when it goes out of scope.
+class FileLock {
+public:
+    explicit FileLock(const QString& path)
+    {
+        m_fd = ::open(QFile::encodeName(path + QStringLiteral(".lock")).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        if (m_fd < 0)
+            return;
+        while (::flock(m_fd, LOCK_EX) != 0) {
+            if (errno != EINTR) {
+                ::close(m_fd);
+                m_fd = -1;
+                return;
+            }
+        }
+    }
+    ~FileLock()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd); // closing releases the lock
+    }
+    bool Locked() const { return m_fd >= 0; }
+
+private:
+    int m_fd = -1;
+};
 
 } // namespace
 
@@ -107,9 +154,12 @@ QString PrivateProfile::GetString(const QString& section, const QString& key, co
 
 bool PrivateProfile::WriteString(const QString& section, const QString& key, const QString& value, const QString& path)
 {
-    bool exists = false;
-    const QByteArray data = readAll(path, &exists);
-    if (exists && data.isNull() && QFile(path).size() > 0)
+    FileLock lock(path);
+    if (!lock.Locked())
+        return false; // the folder cannot be written, so neither can the file
+    bool exists = false, bom = false;
+    const QByteArray data = readAll(path, &exists, &bom);
+    if (exists && data.isNull())
         return false; // unreadable: never overwrite what we could not read
     std::vector<Line> lines = splitLines(data);
 
@@ -154,17 +204,18 @@ bool PrivateProfile::WriteString(const QString& section, const QString& key, con
     }
     QByteArray out;
     out.reserve(data.size() + newLine.size() + 16);
+    if (bom)
+        out += kBom;
     for (const Line& l : lines)
         out += l.text + l.end;
 
-    QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    if (f.write(out) != out.size()) {
-        f.cancelWriting();
+    // A reader in another program sees the old file or the new one, never half of one.
+    try {
+        SafeFileWriter::WriteFile(path, out);
+    } catch (const HostError&) {
         return false;
     }
-    return f.commit();
+    return true;
 }
 
 QString UserIni::Path()

@@ -20,4 +20,14 @@ QString DefaultDataFolder();
 QString ResolveDataFolder(QStringList& args);
 // A local path in the host's form: "\" separators.
 QString HostPathOf(const QString& localPath);
+
+// True when dir does not exist or holds nothing at all (hidden files count): the only kind of
+// folder demo data may be written into without being asked to.
+bool IsEmptyOrAbsent(const QString& dir);
+// What a data folder lacks to be opened: the names of host.ini and the database that are not
+// regular files there. Empty when it is ready.
+QStringList Missing(const QString& dir);
+// Throws HostError 53 "File not found" naming what is missing, and how to make a new folder,
+// when dir is not a prepared data folder. Never writes anything.
+void RequirePrepared(const QString& dir);
 }

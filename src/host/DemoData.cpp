@@ -17,6 +17,8 @@
 #include <QTextStream>
 #include <QVariant>
 
+#include <cstdio>
+
 namespace {
 
 class Rng {
@@ -420,16 +422,42 @@ void GenerateDemoData(const QString& dir, int listings, std::function<void(int, 
     const QString catalogue = CatalogueFolder();
     if (catalogue.isEmpty())
         throw HostError(HostErr::FileNotFound, QStringLiteral("Could not find demo-schema.sql and dictionary.tsv (set PAGEWRIGHT_CATALOGUE to their folder)."));
+    // Only an empty folder or one that already is a data folder: anything else may be the
+    // user's (a folder whose database went missing still holds their reports and photos).
+    const bool wasEmpty = DataFolder::IsEmptyOrAbsent(dir);
+    if (!wasEmpty && !DataFolder::Missing(dir).isEmpty())
+        DataFolder::RequirePrepared(dir);
+    // A first run that fails (a full disk) takes back what it made, so the folder is empty
+    // again and may be filled by the next try rather than refused as someone else's.
+    struct FirstRunGuard {
+        QString dir;
+        bool active;
+        ~FirstRunGuard()
+        {
+            if (!active)
+                return;
+            for (const QFileInfo& f : QDir(dir).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+                f.isDir() && !f.isSymLink() ? (void)QDir(f.filePath()).removeRecursively() : (void)QFile::remove(f.filePath());
+        }
+    } firstRun{dir, wasEmpty};
     makeFolders(dir);
-    QDir(dir + QStringLiteral("/Photos")).removeRecursively();
-    QDir().mkpath(dir + QStringLiteral("/Photos/Roster"));
+
+    // Everything new is built beside the old data and swapped in only once complete, so a
+    // full disk or a crash half-way leaves the old photos and database as they were.
+    const QString stage = dir + QStringLiteral("/.demo-new");
+    QDir(stage).removeRecursively(); // what an interrupted run left
+    struct StageGuard {
+        QString path;
+        ~StageGuard() { QDir(path).removeRecursively(); }
+    } guard{stage};
+    if (!QDir().mkpath(stage + QStringLiteral("/Photos/Roster")) || !QDir().mkpath(stage + QStringLiteral("/Graphics")))
+        throw HostError(HostErr::PathNotFound, QStringLiteral("Could not create the folder '%1'.").arg(stage));
 
     const QString db = dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName);
-    const QString tmp = db + QStringLiteral(".new");
-    QFile::remove(tmp);
+    const QString tmp = stage + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName);
     std::vector<Member> members;
     std::vector<PhotoJob> photos;
-    try {
+    {
         Writer w(tmp);
         w.exec(readText(csv(catalogue, "demo-schema.sql")));
         w.exec(QStringLiteral("BEGIN"));
@@ -440,15 +468,24 @@ void GenerateDemoData(const QString& dir, int listings, std::function<void(int, 
         writeTaxRolls(w, r, qMax(20, listings / 2));
         writeRentals(w, r, qMax(10, listings / 5), members, photos);
         w.exec(QStringLiteral("COMMIT"));
-    } catch (...) {
-        QFile::remove(tmp);
-        throw;
     }
-    writePictures(dir, members, photos);
-    QFile::remove(db);
-    if (!QFile::rename(tmp, db))
-        throw HostError(HostErr::FileAccess, QStringLiteral("Could not put the new database in place at '%1'.").arg(db));
+    writePictures(stage, members, photos);
+
+    // The swap: renames within one folder, nothing left to fail for lack of room.
+    auto move = [](const QString& from, const QString& to) {
+        if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+            throw HostError(HostErr::FileAccess, QStringLiteral("Could not put the new demo data in place at '%1'.").arg(to));
+    };
+    const QString photosDir = dir + QStringLiteral("/Photos");
+    if (QFileInfo(photosDir).isDir())
+        move(photosDir, stage + QStringLiteral("/Photos.old"));
+    move(stage + QStringLiteral("/Photos"), photosDir);
+    const QStringList graphics = QDir(stage + QStringLiteral("/Graphics")).entryList(QDir::Files);
+    for (const QString& g : graphics)
+        move(stage + QStringLiteral("/Graphics/") + g, dir + QStringLiteral("/Graphics/") + g);
+    move(tmp, db);
     writeIdentity(dir);
+    firstRun.active = false;
     if (progress)
         progress(listings, listings);
 }

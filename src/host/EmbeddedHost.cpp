@@ -28,7 +28,10 @@ std::unique_ptr<EmbeddedHost> EmbeddedHost::Open(const QString& dataDir, const Q
     if (!database.isEmpty() && !PgDatabase::IsPostgresUrl(database))
         throw HostError(HostErr::ConnectFailed, QStringLiteral("'%1' is not a database this program can open; name a PostgreSQL server as postgresql://USER@HOST:PORT/DB.")
                                                     .arg(PgDatabase::WithoutPassword(database)));
-    if (!QFileInfo(ini).isFile() || (database.isEmpty() && !QFileInfo(db).isFile()))
+    // Says exactly what is missing, and never prepares anything itself.
+    if (database.isEmpty())
+        DataFolder::RequirePrepared(dir);
+    else if (!QFileInfo(ini).isFile())
         throw HostError(HostErr::PathNotFound,
                         QStringLiteral("The data folder '%1' is not prepared (no %2 or %3); run 'pagewright demo --data \"%1\"' first.")
                             .arg(dir, QLatin1String(DataFolder::HostIniName), QLatin1String(DataFolder::DatabaseName)));
@@ -57,6 +60,15 @@ EmbeddedHost::EmbeddedHost(const QString& dataDir, const QString& database) : m_
         m_databaseName = PgDatabase::WithoutPassword(database);
     }
     m_db->SetStatementObserver([this](const QString& sql) { logStatement(sql); });
+    // [Host] SqlTimeLimit (seconds) and SqlResultLimitMB override the statement budget; 0: none.
+    SqliteDatabase::Budget budget;
+    bool ok = false;
+    if (const double s = get("SqlTimeLimit").toDouble(&ok); ok && s >= 0)
+        budget.timeLimitMs = int(qMin(s, 86400.0) * 1000);
+    if (const qint64 mb = get("SqlResultLimitMB").toLongLong(&ok); ok && mb >= 0)
+        budget.maxResultBytes = qMin<qint64>(mb, 1 << 20) << 20;
+    if (auto* sqlite = dynamic_cast<SqliteDatabase*>(m_db.get()))
+        sqlite->SetBudget(budget); // a server keeps its own statement timeout
     m_photos = std::make_unique<::PhotoService>(*m_db, m_dir + QStringLiteral("/Photos"));
 }
 

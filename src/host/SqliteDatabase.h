@@ -22,9 +22,21 @@ public:
 
     QString File() const { return m_file; }
 
+    // What one statement may cost before it is stopped with an error: wall-clock time and the
+    // bytes of its result held in memory. A cross join in a sub-report must not hang the report.
+    struct Budget {
+        int timeLimitMs = 10000;
+        qint64 maxResultBytes = qint64(256) << 20;
+    };
+    void SetBudget(const Budget& budget) { m_budget = budget; }
+    Budget CurrentBudget() const { return m_budget; }
+
 private:
     std::unique_ptr<Recordset> run(const QString& sqliteSql, const QVariantList& params, const QString& original);
 
     QString m_file;
     sqlite3* m_db = nullptr;
+    Budget m_budget;
+    qint64 m_deadline = 0; // msecs since the epoch when the running statement is stopped; 0: none
+    static int progress(void* self);
 };

@@ -7,6 +7,7 @@
 #include "render/Format.h"
 #include "render/ItemLayout.h"
 
+#include <QRegularExpression>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -157,22 +158,74 @@ QStringList SubReportParameters(const QString& sql)
     return names;
 }
 
-QString SubReportStatement(const QString& sql, const std::function<QString(const QString&)>& value)
+namespace {
+
+// A record value where the statement has a bare placeholder: a plain number stays a number,
+// no value is Null, and anything else becomes a quoted literal, so no value can add SQL.
+QString bareLiteral(const QString& v)
 {
+    static const QRegularExpression number(QStringLiteral("^-?[0-9]{1,15}(\\.[0-9]{1,15})?$"));
+    if (v.isEmpty())
+        return QStringLiteral("Null");
+    if (number.match(v).hasMatch())
+        return v;
+    QString q = v;
+    return QLatin1Char('\'') + q.replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
+}
+
+bool isPlaceholderName(QStringView name)
+{
+    // "50% and 60%" in a Like pattern is not a placeholder.
+    if (name.isEmpty() || name.front().isSpace() || name.back().isSpace())
+        return false;
+    for (QChar c : name)
+        if (!(c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char(' ') || c == QLatin1Char('.')))
+            return false;
+    return true;
+}
+
+} // namespace
+
+QString SubReportStatement(const QString& sqlIn, const std::function<QString(const QString&)>& value)
+{
+    // The host's tokens first: a record value that happens to spell one must stay text.
+    const QString sql = RecordQuery::ReplaceHostTokens(sqlIn);
+    // The placeholder's surroundings decide the form of the value: inside '...' or "..." it
+    // joins that literal with that quote doubled, inside [...] it cannot close the name, and
+    // bare it is a literal of its own (see bareLiteral). Quotes are tracked as the Jet
+    // tokenizer reads them, so a value can never end a literal early.
     QString out;
-    qsizetype pos = 0;
-    for (qsizetype a = sql.indexOf(QLatin1Char('%')); a >= 0;) {
-        const qsizetype b = sql.indexOf(QLatin1Char('%'), a + 1);
-        if (b < 0)
-            break;
-        // Doubling quotes keeps a value inside the quotes the statement puts round it.
-        QString v = value(sql.mid(a + 1, b - a - 1));
-        v.replace(QLatin1Char('\''), QLatin1String("''"));
-        out += sql.mid(pos, a - pos) + v;
-        pos = b + 1;
-        a = sql.indexOf(QLatin1Char('%'), pos);
+    out.reserve(sql.size());
+    QChar quote; // '\'', '"', '[' while inside one; null outside
+    const qsizetype n = sql.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar c = sql[i];
+        if (c == QLatin1Char('%')) {
+            const qsizetype close = sql.indexOf(QLatin1Char('%'), i + 1);
+            if (close > i && isPlaceholderName(QStringView(sql).mid(i + 1, close - i - 1))) {
+                QString v = value(sql.mid(i + 1, close - i - 1));
+                if (quote.isNull())
+                    out += bareLiteral(v);
+                else if (quote == QLatin1Char('['))
+                    out += v.remove(QLatin1Char(']'));
+                else
+                    out += v.replace(quote, QString(2, quote));
+                i = close;
+                continue;
+            }
+        }
+        out += c;
+        if (quote.isNull()) {
+            if (c == QLatin1Char('\'') || c == QLatin1Char('"') || c == QLatin1Char('['))
+                quote = c;
+        } else if (quote == QLatin1Char('[') ? c == QLatin1Char(']') : c == quote) {
+            if (quote != QLatin1Char('[') && i + 1 < n && sql[i + 1] == quote)
+                out += sql[++i]; // a doubled quote stays inside the literal
+            else
+                quote = QChar();
+        }
     }
-    return RecordQuery::ReplaceHostTokens(out + sql.mid(pos));
+    return out;
 }
 
 QString ReportData::subReportText(const RdfItem& item, const Recordset* record) const

@@ -25,7 +25,9 @@ struct RecordValues {
 
 // A sub-report's statement names columns of the record between "%" marks.
 QStringList SubReportParameters(const QString& sql);
-// The statement with each "%Name%" replaced by value(Name) (quotes doubled) and the host tokens.
+// The statement with the host tokens and each "%Name%" replaced by value(Name) as a literal:
+// within a quoted literal with that quote doubled, bare as a number when it is one, Null when
+// empty, else as a quoted text literal. No value can change the statement's structure.
 QString SubReportStatement(const QString& sql, const std::function<QString(const QString&)>& value);
 
 class ReportData {

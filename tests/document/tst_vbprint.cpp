@@ -89,7 +89,7 @@ private slots:
             w.SaveFile(dir.filePath("missing/dump.txt"));
             QFAIL("no error");
         } catch (const RdfError& e) {
-            QCOMPARE(e.Number(), HostErr::FileAccess);
+            QCOMPARE(e.Number(), HostErr::PathNotFound);
         }
     }
 };

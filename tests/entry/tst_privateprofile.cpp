@@ -1,8 +1,11 @@
 #include "entry/PrivateProfile.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <sys/stat.h>
 
 namespace {
 QByteArray readFile(const QString& p)
@@ -75,6 +78,11 @@ private slots:
         QTest::newRow("missing file") << QByteArray() << "Grid" << "60,60" << QByteArray("[Pagewright]\r\nGrid=60,60\r\n");
         QTest::newRow("value replaced") << QByteArray("[Pagewright]\r\nGrid=60,60\r\n") << "Grid" << "120,120"
                                         << QByteArray("[Pagewright]\r\nGrid=120,120\r\n");
+        QTest::newRow("byte-order mark kept, section found behind it")
+            << QByteArray("\xEF\xBB\xBF[Pagewright]\r\nGrid=60,60\r\n") << "Grid" << "120,120"
+            << QByteArray("\xEF\xBB\xBF[Pagewright]\r\nGrid=120,120\r\n");
+        QTest::newRow("byte-order mark, new key") << QByteArray("\xEF\xBB\xBF[Pagewright]\nGrid=60,60\n") << "Pagelength" << "11"
+                                                  << QByteArray("\xEF\xBB\xBF[Pagewright]\nGrid=60,60\nPagelength=11\n");
         QTest::newRow("Windows-1252") << QByteArray("[Pagewright]\r\nName=Caf\xe9 \x80\r\n") << "Owner" << QString::fromUtf8("Zoë")
                                       << QByteArray("[Pagewright]\r\nName=Caf\xe9 \x80\r\nOwner=Zo\xeb\r\n");
     }
@@ -92,7 +100,61 @@ private slots:
         QCOMPARE(readFile(ini), after);
         QCOMPARE(PrivateProfile::GetString(S, key, "", ini), value);
     }
+
+    void readsThroughByteOrderMark()
+    {
+        QTemporaryDir dir;
+        const QString ini = dir.filePath("User.ini");
+        writeFile(ini, "\xEF\xBB\xBF[Pagewright]\r\nGrid=0,120\r\n");
+        QCOMPARE(PrivateProfile::GetString(S, "Grid", "60,60", ini), QString("0,120"));
+    }
+
+    // Two programs changing one User.ini at the same time: every write of both survives and
+    // the host's own lines are kept. Each writer is this test program run again as a child.
+    void concurrentWritersLoseNothing()
+    {
+        QTemporaryDir dir;
+        const QString ini = dir.filePath("User.ini");
+        writeFile(ini, "; the host's\r\n[Host]\r\nPath=C:\\Data\r\n");
+        constexpr int kWrites = 100;
+        QProcess a, b;
+        for (auto [p, prefix] : {std::pair{&a, "A"}, std::pair{&b, "B"}})
+            p->start(QCoreApplication::applicationFilePath(), {"--hammer", ini, prefix, QString::number(kWrites)});
+        QVERIFY(a.waitForFinished(60000) && b.waitForFinished(60000));
+        QCOMPARE(a.exitCode(), 0);
+        QCOMPARE(b.exitCode(), 0);
+        for (const char* prefix : {"A", "B"})
+            for (int i = 0; i < kWrites; ++i)
+                QCOMPARE(PrivateProfile::GetString(S, QString("%1%2").arg(prefix).arg(i), "lost", ini), QString::number(i * 7));
+        QCOMPARE(PrivateProfile::GetString("Host", "Path", "", ini), QString("C:\\Data"));
+        QVERIFY(readFile(ini).startsWith("; the host's\r\n[Host]\r\nPath=C:\\Data\r\n[Pagewright]\r\n"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"User.ini", "User.ini.lock"}));
+    }
+
+    void readOnlyFileIsNotReplaced()
+    {
+        QTemporaryDir dir;
+        const QString ini = dir.filePath("User.ini");
+        writeFile(ini, "[Pagewright]\r\nGrid=60,60\r\n");
+        QVERIFY(QFile::setPermissions(ini, QFileDevice::ReadOwner));
+        QVERIFY(!PrivateProfile::WriteString(S, "Grid", "1,1", ini));
+        QCOMPARE(readFile(ini), QByteArray("[Pagewright]\r\nGrid=60,60\r\n"));
+    }
 };
 
-QTEST_GUILESS_MAIN(TestPrivateProfile)
+int main(int argc, char** argv)
+{
+    // Child mode of concurrentWritersLoseNothing: write <count> keys <prefix>0.. as fast as possible.
+    if (argc == 5 && qstrcmp(argv[1], "--hammer") == 0) {
+        const QString ini = QString::fromLocal8Bit(argv[2]);
+        const QString prefix = QString::fromLocal8Bit(argv[3]);
+        for (int i = 0, n = atoi(argv[4]); i < n; ++i)
+            if (!PrivateProfile::WriteString(S, prefix + QString::number(i), QString::number(i * 7), ini))
+                return 1;
+        return 0;
+    }
+    QCoreApplication app(argc, argv);
+    TestPrivateProfile t;
+    return QTest::qExec(&t, argc, argv);
+}
 #include "tst_privateprofile.moc"

@@ -73,13 +73,32 @@ private slots:
             EmbeddedHost::Open(empty.path());
             QFAIL("an empty folder was accepted");
         } catch (const HostError& e) {
-            QCOMPARE(e.Number(), HostErr::PathNotFound);
-            QVERIFY(e.Description().contains(QLatin1String("not prepared")));
+            QCOMPARE(e.Number(), HostErr::FileNotFound);
+            QCOMPARE(e.Description(), QStringLiteral("File not found: the data folder %1 is empty; run 'pagewright demo --data \"%1\"' to fill it.").arg(empty.path()));
         }
         QVERIFY(!DemoDataExists(empty.path()));
         QVERIFY(DemoDataExists(SmallDemoFolder()));
         QVERIFY_THROWS_EXCEPTION(HostError, GenerateDemoData(empty.path(), 0));
         QVERIFY(!DemoDataExists(empty.path()));
+
+        // A folder with anything in it but no database is the user's: refused, and left alone.
+        QTemporaryDir used;
+        QDir(used.path()).mkpath(QStringLiteral("Photos"));
+        QFile photo(used.filePath(QStringLiteral("Photos/240001_1.jpg")));
+        QVERIFY(photo.open(QIODevice::WriteOnly));
+        photo.write("mine");
+        photo.close();
+        QCOMPARE(DataFolder::Missing(used.path()), (QStringList{QStringLiteral("host.ini"), QStringLiteral("pagewright.db")}));
+        try {
+            GenerateDemoData(used.path(), 10);
+            QFAIL("demo data was written over a used folder");
+        } catch (const HostError& e) {
+            QCOMPARE(e.Number(), HostErr::FileNotFound);
+            QCOMPARE(e.Description(), QStringLiteral("File not found: host.ini and pagewright.db in the data folder %1. Nothing was changed; "
+                                                     "restore them from a backup, or run 'pagewright demo' with an empty folder.").arg(used.path()));
+        }
+        QCOMPARE(QDir(used.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{QStringLiteral("Photos")});
+        QCOMPARE(QDir(used.filePath(QStringLiteral("Photos"))).entryList(QDir::Files), QStringList{QStringLiteral("240001_1.jpg")});
     }
 
     void resolveDataFolder()
