@@ -46,15 +46,21 @@ void DesignHistory::Flush(const QString& name)
 
 void DesignHistory::Undo()
 {
-    Flush();
-    m_stack.Undo();
+    // Only a user action can have changed the document since the last step, and every one
+    // of them has asked for a flush.
+    const bool pending = m_scheduled;
+    if (pending)
+        Flush();
+    m_stack.Undo(false);
     updateTools();
 }
 
 void DesignHistory::Redo()
 {
-    Flush();
-    m_stack.Redo();
+    const bool pending = m_scheduled;
+    if (pending)
+        Flush();
+    m_stack.Redo(false);
     updateTools();
 }
 

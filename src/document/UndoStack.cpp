@@ -65,6 +65,36 @@ QList<quint32> UndoStack::selectionNow() const
     return uids;
 }
 
+UndoStack::ItemState UndoStack::captureItem(int index, const ItemState* previous)
+{
+    const ItemRecord& rec = m_doc.Item(index);
+    QObject* c = rec.control;
+    ItemState st;
+    st.uid = uidOf(c);
+    st.left = clsRptControl::Prop(c, "Left").toFloat();
+    st.top = clsRptControl::Prop(c, "Top").toFloat();
+    st.width = clsRptControl::Prop(c, "Width").toFloat();
+    st.height = clsRptControl::Prop(c, "Height").toFloat();
+    st.z = clsRptControl::Prop(c, "z").toDouble();
+
+    ItemBody body;
+    body.file = c ? m_doc.recordOf(rec) : RdfItem{};
+    body.file.left = body.file.top = 0;
+    body.file.width = body.file.height = 0;
+    body.objectType = rec.ObjectType;
+    body.text = rec.Text;
+    body.dataField = rec.DataField;
+    body.dicId = rec.DicId;
+    body.codeType = rec.CodeType;
+    body.flags = rec.Flags;
+    body.zOrder = rec.ZOrder;
+    if (previous && previous->body && *previous->body == body)
+        st.body = previous->body;
+    else
+        st.body = std::make_shared<const ItemBody>(std::move(body));
+    return st;
+}
+
 UndoStack::Snapshot UndoStack::capture(const Snapshot* previous)
 {
     Snapshot s;
@@ -79,37 +109,11 @@ UndoStack::Snapshot UndoStack::capture(const Snapshot* previous)
     s.bytes = qint64(sizeof(Snapshot)) + qint64(n) * qint64(sizeof(ItemState));
     for (int i = 1; i <= n; ++i) {
         const ItemRecord& rec = m_doc.Item(i);
-        QObject* c = rec.control;
-        ItemState st;
-        st.uid = uidOf(c);
-        st.left = clsRptControl::Prop(c, "Left").toFloat();
-        st.top = clsRptControl::Prop(c, "Top").toFloat();
-        st.width = clsRptControl::Prop(c, "Width").toFloat();
-        st.height = clsRptControl::Prop(c, "Height").toFloat();
-        st.z = clsRptControl::Prop(c, "z").toDouble();
-
-        ItemBody body;
-        body.file = c ? m_doc.recordOf(rec) : RdfItem{};
-        body.file.left = body.file.top = 0;
-        body.file.width = body.file.height = 0;
-        body.objectType = rec.ObjectType;
-        body.text = rec.Text;
-        body.dataField = rec.DataField;
-        body.dicId = rec.DicId;
-        body.codeType = rec.CodeType;
-        body.flags = rec.Flags;
-        body.zOrder = rec.ZOrder;
-
-        const auto it = before.constFind(st.uid);
-        if (it != before.cend()) {
-            const ItemState& old = previous->items[size_t(*it)];
-            if (old.body && *old.body == body)
-                st.body = old.body;
-        }
-        if (!st.body) {
-            s.bytes += body.bytes();
-            st.body = std::make_shared<const ItemBody>(std::move(body));
-        }
+        const quint32 uid = rec.control ? rec.control->property(kUidProperty).toUInt() : 0;
+        const auto it = uid ? before.constFind(uid) : before.cend();
+        ItemState st = captureItem(i, it != before.cend() ? &previous->items[size_t(*it)] : nullptr);
+        if (it == before.cend() || previous->items[size_t(*it)].body != st.body)
+            s.bytes += st.body->bytes();
         s.items.push_back(std::move(st));
     }
     PageState& p = s.page;
@@ -264,48 +268,52 @@ QString UndoStack::describe(const Snapshot& from, const Snapshot& to) const
 QString UndoStack::UndoName() const { return CanUndo() ? m_states[size_t(m_cur)].name : QString(); }
 QString UndoStack::RedoName() const { return CanRedo() ? m_states[size_t(m_cur) + 1].name : QString(); }
 
-bool UndoStack::Undo()
+bool UndoStack::Undo(bool takeInChanges)
 {
     // A change not yet taken in is the step to take back.
-    Checkpoint();
+    if (takeInChanges)
+        Checkpoint();
     if (!CanUndo())
         return false;
-    restore(m_states[size_t(m_cur)], m_states[size_t(m_cur) - 1]);
+    const std::vector<int> touched = restore(m_states[size_t(m_cur)], m_states[size_t(m_cur) - 1]);
     --m_cur;
-    settle();
+    settle(touched);
     m_doc.DirtyFlag = m_cur != m_saved;
     if (restored)
         restored();
     return true;
 }
 
-bool UndoStack::Redo()
+bool UndoStack::Redo(bool takeInChanges)
 {
-    Checkpoint();
+    if (takeInChanges)
+        Checkpoint();
     if (!CanRedo())
         return false;
-    restore(m_states[size_t(m_cur)], m_states[size_t(m_cur) + 1]);
+    const std::vector<int> touched = restore(m_states[size_t(m_cur)], m_states[size_t(m_cur) + 1]);
     ++m_cur;
-    settle();
+    settle(touched);
     m_doc.DirtyFlag = m_cur != m_saved;
     if (restored)
         restored();
     return true;
 }
 
-void UndoStack::settle()
+void UndoStack::settle(const std::vector<int>& touched)
 {
-    // The step now stands as the controls show it, so that what they derive from the restored
-    // values (a line's slack, a rounded border) is never taken for a change of its own.
+    // The items written stand in the step as their controls show them, so that what a control
+    // derives from the restored values (a line's slack, a rounded border) is never taken for a
+    // change of its own.
     Snapshot& s = m_states[size_t(m_cur)];
-    Snapshot now = capture(&s);
-    now.name = s.name;
-    now.selection = s.selection;
-    s = std::move(now);
+    for (int i : touched)
+        if (i >= 0 && size_t(i) < s.items.size())
+            s.items[size_t(i)] = captureItem(i + 1, &s.items[size_t(i)]);
+    s.page.sectionSpacing = m_doc.SectionSpacing();
 }
 
-void UndoStack::restore(const Snapshot& from, const Snapshot& to)
+std::vector<int> UndoStack::restore(const Snapshot& from, const Snapshot& to)
 {
+    std::vector<int> touched;
     clsRptControl& d = m_doc;
     QHash<quint32, int> at; // uid -> index in the document (which stands at `from`)
     at.reserve(qsizetype(from.items.size()));
@@ -353,6 +361,8 @@ void UndoStack::restore(const Snapshot& from, const Snapshot& to)
         }
         if (c && (!was || was->z != t.z))
             clsRptControl::SetProp(c, "z", t.z);
+        if (c && (!was || !sameItem(*was, t)))
+            touched.push_back(int(records.size()));
         ItemRecord rec;
         rec.ObjectType = b.objectType;
         rec.control = c;
@@ -405,6 +415,7 @@ void UndoStack::restore(const Snapshot& from, const Snapshot& to)
     }
     emit d.itemsChanged();
     d.SetEdit();
+    return touched;
 }
 
 qint64 UndoStack::MemoryUsed() const

@@ -55,8 +55,9 @@ public:
     bool CanRedo() const { return m_cur + 1 < int(m_states.size()); }
     QString UndoName() const; // the action the next Undo takes back; "" when none
     QString RedoName() const;
-    bool Undo();
-    bool Redo();
+    // Takes in what changed since the last step first, unless the caller knows nothing did.
+    bool Undo(bool takeInChanges = true);
+    bool Redo(bool takeInChanges = true);
 
     int Steps() const { return int(m_states.size()) - 1; }
     // Bytes held by the history (snapshots and the item states they alone hold).
@@ -95,8 +96,10 @@ public:
 private:
     Snapshot capture(const Snapshot* previous);
     QString describe(const Snapshot& from, const Snapshot& to) const;
-    void restore(const Snapshot& from, const Snapshot& to);
-    void settle();
+    // Returns the indexes of the items it wrote to.
+    std::vector<int> restore(const Snapshot& from, const Snapshot& to);
+    void settle(const std::vector<int>& touched);
+    ItemState captureItem(int index, const ItemState* previous);
     QList<quint32> selectionNow() const;
     void enforceCap();
     quint32 uidOf(QObject* control);
