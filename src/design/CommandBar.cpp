@@ -77,7 +77,9 @@ void CommandBar::CreateActions()
         a->setText(QString::fromLatin1(def.caption));
         a->setToolTip(QString::fromLatin1(def.toolTip));
         a->setStatusTip(QString::fromLatin1(def.description));
-        if (const QString icon = QStringLiteral(":/icons/%1.svg").arg(name); QFile::exists(icon))
+        // Menu titles stay words, in the menu bar too.
+        if (const QString icon = QStringLiteral(":/icons/%1.svg").arg(name);
+            std::strcmp(def.category, "Built-in Menus") != 0 && QFile::exists(icon))
             a->setIcon(QIcon(icon));
         if (const QList<QKeySequence> keys = ShortcutsOf(def); !keys.isEmpty())
             a->setShortcuts(keys);

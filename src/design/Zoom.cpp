@@ -103,6 +103,9 @@ void ZoomController::apply(int percent, std::optional<QPoint> anchor)
     const QPoint now = view->mapFromScene(pagePoint);
     view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->value() + now.x() - at.x());
     view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + now.y() - at.y());
+    // From the menu or the zoom box, what the user is working on stays in sight.
+    if (!anchor && m_win.SelObj().Count() > 0)
+        view->centerOn(m_win.SelObj().SelectionBounds().center());
     m_win.SelObj().RefreshDragToSource();
     m_win.Page().HRuler()->update();
     m_win.Page().VRuler()->update();
