@@ -2,6 +2,7 @@
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
+#include "design/clsResize.h"
 #include "design/frmPagewright.h"
 #include "document/clsRptControl.h"
 #include "properties/frmRptProperties.h"
@@ -46,6 +47,9 @@ void DesignHistory::Flush(const QString& name)
 
 void DesignHistory::Undo()
 {
+    // A drag under way ends where it began before the document changes under it.
+    if (m_win.SelObj().Dragging())
+        m_win.SelObj().CancelDrag();
     // Only a user action can have changed the document since the last step, and every one
     // of them has asked for a flush.
     const bool pending = m_scheduled;
@@ -57,6 +61,8 @@ void DesignHistory::Undo()
 
 void DesignHistory::Redo()
 {
+    if (m_win.SelObj().Dragging())
+        m_win.SelObj().CancelDrag();
     const bool pending = m_scheduled;
     if (pending)
         Flush();

@@ -12,6 +12,7 @@
 
 #include <QMenu>
 #include <QScrollBar>
+#include <QToolBar>
 
 using Arrange::Box;
 using Arrange::Op;
@@ -88,6 +89,25 @@ private slots:
         QCOMPARE(Arrange::CentreOffset(in, 10800), 3300.0);
         // Wider than the page: it starts at the left edge.
         QCOMPARE(Arrange::CentreOffset(in, 2000), -100.0);
+    }
+
+    void toolsShowIconsAndMenuTitlesStayWords()
+    {
+        WindowTestHost host;
+        Window w = Open();
+        for (const char* tool : {"miUndo", "miRedo", "miZoomIn", "miAlignLefts", "tbInsertLabel", "fnBold", "miSave"}) {
+            QAction* a = w->Commands().Action(QString::fromLatin1(tool));
+            QVERIFY2(!a->icon().isNull(), tool);
+            // Sharp on a screen of pixel ratio 2: the picture is drawn for the size asked.
+            const QPixmap pm = a->icon().pixmap(QSize(24, 24), 2.0);
+            QCOMPARE(pm.deviceIndependentSize().toSize(), QSize(24, 24));
+            QCOMPARE(pm.size(), QSize(48, 48));
+            QVERIFY2(!a->toolTip().isEmpty(), tool);
+        }
+        QAction* help = w->Commands().Action(u"mnuHelp");
+        QVERIFY(help->icon().isNull());
+        QCOMPARE(help->text(), QStringLiteral("&Help"));
+        QCOMPARE(w->Commands().ToolBar(u"barToolbox")->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
     }
 
     void zoomStepsAndTexts()
@@ -269,6 +289,14 @@ private slots:
         const QPointF after = w->Page().View()->mapToScene(pointer);
         QVERIFY2(std::abs(after.x() - under.x()) <= 10 && std::abs(after.y() - under.y()) <= 10,
                  qPrintable(QStringLiteral("%1,%2 -> %3,%4").arg(under.x()).arg(under.y()).arg(after.x()).arg(after.y())));
+
+        // Zooming from the box keeps the selection in sight, even from far out.
+        w->SelObj().ClearSelect();
+        w->SelObj().Select(Control(*w, 1));
+        w->Zoom().SetPercent(25);
+        emit w->Commands().comboChanged(QStringLiteral("miZoom"), QStringLiteral("800"));
+        const QPoint centre = w->Page().ViewportPixel(Geometry(Control(*w, 1)).center());
+        QVERIFY(w->Page().View()->viewport()->rect().contains(centre));
 
         // The zoom box takes a typed value.
         emit w->Commands().comboChanged(QStringLiteral("miZoom"), QStringLiteral("150 %"));
