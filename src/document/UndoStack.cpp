@@ -305,9 +305,21 @@ void UndoStack::settle(const std::vector<int>& touched)
     // derives from the restored values (a line's slack, a rounded border) is never taken for a
     // change of its own.
     Snapshot& s = m_states[size_t(m_cur)];
-    for (int i : touched)
-        if (i >= 0 && size_t(i) < s.items.size())
-            s.items[size_t(i)] = captureItem(i + 1, &s.items[size_t(i)]);
+    for (int t : touched) {
+        const int i = t >= 0 ? t : -1 - t;
+        if (size_t(i) >= s.items.size())
+            continue;
+        ItemState& st = s.items[size_t(i)];
+        if (t >= 0) {
+            st = captureItem(i + 1, &st);
+            continue;
+        }
+        const QObject* c = m_doc.Item(i + 1).control;
+        st.left = clsRptControl::Prop(c, "Left").toFloat();
+        st.top = clsRptControl::Prop(c, "Top").toFloat();
+        st.width = clsRptControl::Prop(c, "Width").toFloat();
+        st.height = clsRptControl::Prop(c, "Height").toFloat();
+    }
     s.page.sectionSpacing = m_doc.SectionSpacing();
 }
 
@@ -361,8 +373,9 @@ std::vector<int> UndoStack::restore(const Snapshot& from, const Snapshot& to)
         }
         if (c && (!was || was->z != t.z))
             clsRptControl::SetProp(c, "z", t.z);
+        // Negative: only the place was written.
         if (c && (!was || !sameItem(*was, t)))
-            touched.push_back(int(records.size()));
+            touched.push_back(!was || was->body != t.body ? int(records.size()) : -1 - int(records.size()));
         ItemRecord rec;
         rec.ObjectType = b.objectType;
         rec.control = c;

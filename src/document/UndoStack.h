@@ -96,7 +96,7 @@ public:
 private:
     Snapshot capture(const Snapshot* previous);
     QString describe(const Snapshot& from, const Snapshot& to) const;
-    // Returns the indexes of the items it wrote to.
+    // Returns the indexes of the items it wrote to; -1 - index for those whose place alone changed.
     std::vector<int> restore(const Snapshot& from, const Snapshot& to);
     void settle(const std::vector<int>& touched);
     ItemState captureItem(int index, const ItemState* previous);
