@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QFile>
 #include <cstring>
 #include <QMainWindow>
 #include <QMenu>
@@ -31,8 +32,12 @@ QIcon Swatch(int paletteIndex)
 }
 }
 
+// The icon resource sits in a static library: it must be registered by hand.
+static void InitIcons() { Q_INIT_RESOURCE(icons); }
+
 CommandBar::CommandBar(QMainWindow* window) : QObject(window)
 {
+    InitIcons();
     CreateActions();
     CreateBands(window);
     for (QAction* a : std::as_const(m_actions))
@@ -54,7 +59,9 @@ void CommandBar::CreateActions()
         if (def.kind == ToolKind::Combo) {
             // The object list holds only existing names; font name and size may be typed.
             const bool editable = name != u"miObjectName";
-            const QString pattern = name == u"fnFontSize" ? QStringLiteral("(\\d{1,4}(\\.\\d{1,2})?)?") : QString();
+            const QString pattern = name == u"fnFontSize" ? QStringLiteral("(\\d{1,4}(\\.\\d{1,2})?)?")
+                                    : name == u"miZoom" ? QStringLiteral("(\\d{1,3} ?%?)?")
+                                                        : QString();
             auto* combo = new ComboTool(name, editable, pattern, this);
             if (name == u"fnFontSize")
                 combo->SetItems(FontSizeChoices());
@@ -70,8 +77,12 @@ void CommandBar::CreateActions()
         a->setText(QString::fromLatin1(def.caption));
         a->setToolTip(QString::fromLatin1(def.toolTip));
         a->setStatusTip(QString::fromLatin1(def.description));
-        if (def.shortcut != QKeySequence::UnknownKey)
-            a->setShortcut(QKeySequence(def.shortcut));
+        // Menu titles stay words, in the menu bar too.
+        if (const QString icon = QStringLiteral(":/icons/%1.svg").arg(name);
+            std::strcmp(def.category, "Built-in Menus") != 0 && QFile::exists(icon))
+            a->setIcon(QIcon(icon));
+        if (const QList<QKeySequence> keys = ShortcutsOf(def); !keys.isEmpty())
+            a->setShortcuts(keys);
         switch (def.kind) {
         case ToolKind::Check:
         case ToolKind::Toggle:
@@ -134,9 +145,11 @@ void CommandBar::CreateBands(QMainWindow* window)
             auto* bar = new QToolBar(QString::fromLatin1(band.title), window);
             bar->setObjectName(name);
             if (name == u"barToolbox") {
+                // The item kinds with their names under their pictures.
+                bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
                 window->addToolBar(Qt::LeftToolBarArea, bar);
             } else {
-                if (previous)
+                if (previous && name != u"barArrange") // the arrange tools share the formatting row
                     window->addToolBarBreak(Qt::TopToolBarArea);
                 window->addToolBar(Qt::TopToolBarArea, bar);
                 previous = bar;

@@ -29,6 +29,16 @@ constexpr CommandDef Tool(const char* name, const char* tip, const char* caption
                       .currentTool = code, .picture = picture, .opensBand = opens, .paletteIndex = -1};
 }
 
+// A command with shortcuts of its own ("Ctrl+D; Ctrl+Shift+D").
+constexpr CommandDef Keyed(const char* name, const char* tip, const char* category, const char* caption,
+                           const char* description, const char* keys, SK key = kNoKey,
+                           ToolKind kind = ToolKind::Button, const char* opens = nullptr)
+{
+    CommandDef d = Cmd(name, tip, category, caption, description, kind, key, opens);
+    d.keys = keys;
+    return d;
+}
+
 constexpr CommandDef Menu(const char* name, const char* caption, const char* band)
 {
     return Cmd(name, "", "Built-in Menus", caption, "", ToolKind::Menu, kNoKey, band);
@@ -72,6 +82,11 @@ constexpr std::array kCommands{
         "Select Property", ""),
     Cmd("exit", "Exit", "File", "E&xit", "Close all documents and exit", B, QKeySequence::Quit),
 
+    Keyed("miUndo", "Undo", "Edit", "&Undo", "Takes back the last change", "Ctrl+Z"),
+    Keyed("miRedo", "Redo", "Edit", "&Redo", "Makes the last change taken back again", "Ctrl+Y; Ctrl+Shift+Z"),
+    Keyed("miSelectAll", "Select All", "Edit", "Select &All", "Selects every item of the report", "Ctrl+A"),
+    Keyed("miDuplicate", "Duplicate", "Edit", "&Duplicate", "Copies the selection one grid step down and right",
+          "Ctrl+D"),
     Cmd("miCut", "Cut", "Edit", "C&ut", "Cut current selection to clipboard", B, QKeySequence::Cut),
     Cmd("miCopy", "Copy", "Edit", "C&opy", "Copy current selection to clipboard", B, QKeySequence::Copy),
     Cmd("miPaste", "Paste", "Edit", "&Paste", "Paste clipboard contents into document", B, QKeySequence::Paste),
@@ -87,6 +102,45 @@ constexpr std::array kCommands{
     Cmd("miPageHeader", "Show/Hide Page header/Footer bars", "View", "Page Header/Footer", "", C),
     Cmd("miShowOutline", "Show/Hide Control outlines", "View", "Show Outline", "", T),
     Cmd("miGridSetup", "Grid  Settings", "View", "Grid Settings", "Display grid"),
+
+    Keyed("miZoomIn", "Zoom In", "View", "Zoom &In", "Shows the page larger", "Ctrl++; Ctrl+="),
+    Keyed("miZoomOut", "Zoom Out", "View", "Zoom &Out", "Shows the page smaller", "Ctrl+-"),
+    Keyed("miZoom100", "Actual Size", "View", "&100 %", "Shows the page at its actual size", "Ctrl+0"),
+    Cmd("miZoomFitPage", "Fit Page", "View", "Fit &Page", "Shows the whole page width and height"),
+    Cmd("miZoomFitWidth", "Fit Width", "View", "Fit &Width", "Shows the whole page width"),
+    Cmd("miZoom", "Zoom", "View", "&Zoom", "Zoom level of the page", X),
+
+    Cmd("miAlign", "Align", "Format", "&Align", "Lines the selected items up with the first one", B, kNoKey,
+        "PopAlign"),
+    Cmd("miAlignLefts", "Align Left", "Format", "&Left", "Aligns the left edges with the first selected item"),
+    Cmd("miAlignRights", "Align Right", "Format", "&Right", "Aligns the right edges with the first selected item"),
+    Cmd("miAlignTops", "Align Top", "Format", "&Top", "Aligns the top edges with the first selected item"),
+    Cmd("miAlignBottoms", "Align Bottom", "Format", "&Bottom",
+        "Aligns the bottom edges with the first selected item"),
+    Cmd("miAlignCentres", "Align Centres", "Format", "&Centres",
+        "Centres the items horizontally on the first selected item"),
+    Cmd("miAlignMiddles", "Align Middles", "Format", "&Middles",
+        "Centres the items vertically on the first selected item"),
+    Cmd("miSize", "Make Same Size", "Format", "Make Same Si&ze", "Gives the selected items the first one's size",
+        B, kNoKey, "PopSize"),
+    Cmd("miSameWidth", "Make Same Width", "Format", "Same &Width", "Gives the selected items the first one's width"),
+    Cmd("miSameHeight", "Make Same Height", "Format", "Same &Height",
+        "Gives the selected items the first one's height"),
+    Cmd("miSameSize", "Make Same Size", "Format", "Same &Size", "Gives the selected items the first one's size"),
+    Cmd("miSpace", "Space Evenly", "Format", "Space &Evenly", "Spaces the selected items evenly", B, kNoKey,
+        "PopSpace"),
+    Cmd("miSpaceAcross", "Space Evenly Across", "Format", "&Across",
+        "Leaves equal gaps between the selected items from left to right"),
+    Cmd("miSpaceDown", "Space Evenly Down", "Format", "&Down",
+        "Leaves equal gaps between the selected items from top to bottom"),
+    Cmd("miCentreInPage", "Centre in Page", "Format", "Centre in &Page",
+        "Centres the selection between the page margins"),
+    Keyed("miNudgeLeft", "Nudge Left", "Format", "Nudge Left", "Moves the selection one pixel left", "Alt+Left"),
+    Keyed("miNudgeRight", "Nudge Right", "Format", "Nudge Right", "Moves the selection one pixel right",
+          "Alt+Right"),
+    Keyed("miNudgeUp", "Nudge Up", "Format", "Nudge Up", "Moves the selection one pixel up", "Alt+Up"),
+    Keyed("miNudgeDown", "Nudge Down", "Format", "Nudge Down", "Moves the selection one pixel down", "Alt+Down"),
+    Cmd("miNudge", "Nudge", "Format", "&Nudge", "Moves the selection by one pixel", B, kNoKey, "PopNudge"),
 
     Cmd("miProperties", "Properties", "Misc", "Properties", "Display property dialog box"),
     Cmd("miFieldList", "Field List", "Misc", "Field List", "View normal"),
@@ -144,21 +198,32 @@ constexpr const char* S = kSeparator;
 constexpr const char* kMain[] = {"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"};
 constexpr const char* kFile[] = {"new", "Open", S, "printpreview", "PrintFromFileMenu", "miPageSetup", "miPrintSetup", S,
                                  "miSave", "miSaveAs", S, "miSelectProperty", "miClearDataSource", S, "exit"};
-constexpr const char* kEdit[] = {"miCut", "miCopy", "miPaste", S, "miSelectByArea", "miDeleteObject"};
+constexpr const char* kEdit[] = {"miUndo", "miRedo", S, "miCut", "miCopy", "miPaste", S, "miDuplicate", S, "miSelectAll", "miSelectByArea",
+                                 "miDeleteObject"};
 constexpr const char* kView[] = {"miProperties", "miFieldList", S, "printpreview", S, "miSendtoFront",
-                                 "miSendtoBack", S, "miPageHeader", "miShowOutline", "miGridSetup"};
+                                 "miSendtoBack", S, "miPageHeader", "miShowOutline", "miGridSetup", S,
+                                 "miZoomIn", "miZoomOut", "miZoom100", "miZoomFitPage", "miZoomFitWidth"};
 constexpr const char* kInsert[] = {"tbInsertLabel", "tbInsertPicture", "tbBoundPicture", "tbInsertRectangle",
                                    "tbInsertLine", "tbDateTime", S, "tbPageBreak", "tbSubReport",
                                    "tbSectionBreak", S, "miInsertFile"};
 constexpr const char* kFormat[] = {"fnLeft", "fnCenter", "fnRight", S, "fnFontSize", "fnFont", S,
                                    "fnUnderline", "fnItalic", "fnBold", S, "fnForeColor", "fnBackColor",
-                                   "tbBorderColor"};
+                                   "tbBorderColor", S, "miAlign", "miSize", "miSpace", "miCentreInPage", "miNudge"};
 constexpr const char* kFormatting[] = {"miObjectName", S, "fnFont", "fnFontSize", S, "fnBold", "fnItalic",
                                        "fnUnderline", S, "fnBackColor", "fnForeColor", "tbBorderColor"};
 constexpr const char* kReportDesign[] = {"print", "printpreview", S, "miSave", "Open", "miPageSetup", S,
-                                         "miProperties", S, "miCut", "miCopy", "miPaste", S, "miSendtoFront",
+                                         "miProperties", S, "miUndo", "miRedo", S, "miCut", "miCopy", "miPaste", S, "miSendtoFront",
                                          "miSendtoBack", S, "miDataView", "miTemplateView", S, "fnLeft",
-                                         "fnCenter", "fnRight", S, "miEffect"};
+                                         "fnCenter", "fnRight", S, "miEffect", S, "miZoomOut", "miZoom",
+                                         "miZoomIn"};
+constexpr const char* kArrange[] = {"miAlignLefts", "miAlignCentres", "miAlignRights", S, "miAlignTops",
+                                    "miAlignMiddles", "miAlignBottoms", S, "miSameWidth", "miSameHeight",
+                                    "miSameSize", S, "miSpaceAcross", "miSpaceDown", "miCentreInPage"};
+constexpr const char* kAlign[] = {"miAlignLefts", "miAlignCentres", "miAlignRights", S, "miAlignTops",
+                                  "miAlignMiddles", "miAlignBottoms"};
+constexpr const char* kSize[] = {"miSameWidth", "miSameHeight", "miSameSize"};
+constexpr const char* kSpace[] = {"miSpaceAcross", "miSpaceDown"};
+constexpr const char* kNudge[] = {"miNudgeLeft", "miNudgeRight", "miNudgeUp", "miNudgeDown"};
 constexpr const char* kToolbox[] = {"tbSelectObjects", "tbInsertLabel", "tbInsertPicture", "tbBoundPicture",
                                     "tbInsertRectangle", "tbInsertLine"};
 constexpr const char* kEffect[] = {"miEffectFlat", "miEffectShadow"};
@@ -175,10 +240,15 @@ const std::array kBands{
     BandDef{"mnuInsert", BandKind::Menu, nullptr, kInsert},
     BandDef{"mnuFormat", BandKind::Menu, nullptr, kFormat},
     BandDef{"barFormatting", BandKind::ToolBar, "Formatting", kFormatting},
+    BandDef{"barArrange", BandKind::ToolBar, "Arrange", kArrange},
     BandDef{"barReportDesign", BandKind::ToolBar, "Report Design", kReportDesign},
     BandDef{"barToolbox", BandKind::ToolBar, "Toolbox", kToolbox},
     BandDef{"PopEffect", BandKind::Popup, "Effect", kEffect},
     BandDef{"PopInsertPhoto", BandKind::Popup, "Insert Photo", kInsertPhoto},
+    BandDef{"PopAlign", BandKind::Popup, "Align", kAlign},
+    BandDef{"PopSize", BandKind::Popup, "Make Same Size", kSize},
+    BandDef{"PopSpace", BandKind::Popup, "Space Evenly", kSpace},
+    BandDef{"PopNudge", BandKind::Popup, "Nudge", kNudge},
     BandDef{"barForeColor", BandKind::Palette, "Font/Fore Color", kPalette},
     BandDef{"barBackColor", BandKind::Palette, "Fill/Back Color", kPalette},
     BandDef{"barBorderColor", BandKind::Palette, "Line/Border Color", kPalette},
@@ -227,6 +297,18 @@ QList<Placement> PlacementsOf(QStringView toolName)
             result.append({band.Name(), pos});
     }
     return result;
+}
+
+QList<QKeySequence> ShortcutsOf(const CommandDef& def)
+{
+    QList<QKeySequence> keys;
+    if (def.shortcut != QKeySequence::UnknownKey)
+        keys << QKeySequence(def.shortcut);
+    if (def.keys)
+        for (const QString& k : QString::fromLatin1(def.keys).split(QStringLiteral("; "), Qt::SkipEmptyParts))
+            if (const QKeySequence seq(k, QKeySequence::PortableText); !seq.isEmpty() && !keys.contains(seq))
+                keys << seq;
+    return keys;
 }
 
 QStringList FontSizeChoices()

@@ -35,6 +35,7 @@ struct CommandDef {
     PictureMode picture = PictureMode::None;
     const char* opensBand = nullptr; // the drop-down band the tool opens, if any
     int paletteIndex = -1;           // QuickBASIC colour number of a palette colour
+    const char* keys = nullptr;      // further shortcuts, portable text separated by "; "
 
     QString Name() const { return QString::fromLatin1(name); }
 };
@@ -71,6 +72,9 @@ QList<Placement> PlacementsOf(QStringView toolName);
 
 // Tool names of a band without separators.
 QStringList BandToolNames(const BandDef& band);
+
+// Every shortcut of a tool: its standard key, then its further keys.
+QList<QKeySequence> ShortcutsOf(const CommandDef& def);
 
 // Fixed entries of the font size combo.
 QStringList FontSizeChoices();

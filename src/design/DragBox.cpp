@@ -1,6 +1,7 @@
 #include "design/DragBox.h"
 
 #include "design/RptItemControl.h"
+#include "design/Zoom.h"
 
 #include <QCursor>
 #include <QGraphicsSceneMouseEvent>
@@ -83,7 +84,12 @@ bool DragBox::HandleShown(int index, int controlType, int orientation)
 void DragBox::PositionHandles()
 {
     const QRectF r = SourceRect(m_source);
-    const double hw = HandleSize;
+    // Handles and frame keep their size on the screen at any zoom.
+    const double zoom = ViewZoom::Of(this);
+    const double hw = HandleSize / zoom;
+    m_thickX = m_thickY = 2 * RptItemControl::PixelTwips() / zoom;
+    for (ResizeHandleItem* h : m_handles)
+        h->setScale(1 / zoom);
     const double left = r.left() - hw, right = r.left() + r.width();
     const double top = r.top() - hw, bottom = r.top() + r.height();
     // Middle handles centred on their edge's midpoint.

@@ -66,6 +66,7 @@ void PageRuler::paintEvent(QPaintEvent*)
     p.setPen(palette().color(QPalette::WindowText));
     const QFontMetricsF fm(font());
     const double along = m_orientation == Qt::Horizontal ? width() : height();
+    double numbersEnd = -1e9; // numbers that would run into the last one are left out when zoomed out
     for (const RulerMark& m : m_marks) {
         const double at = ToPixel(m.pos);
         if (at < -40 || at > along + 40)
@@ -79,6 +80,10 @@ void PageRuler::paintEvent(QPaintEvent*)
         } else {
             const QString text = QString::number(m.number);
             const double w = fm.horizontalAdvance(text);
+            const double extent = m_orientation == Qt::Horizontal ? w : fm.height();
+            if (at - extent / 2 < numbersEnd && m.number != 1)
+                continue;
+            numbersEnd = at + extent / 2 + 2;
             if (m_orientation == Qt::Horizontal)
                 p.drawText(QPointF(at - w / 2, fm.ascent()), text);
             else

@@ -54,7 +54,9 @@ QRectF RptItemControl::boundingRect() const { return {QPointF(0, 0), m_size}; }
 
 void RptItemControl::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
 {
-    PaintItem(*painter, Look(), PixelTwips());
+    // One device pixel as the painter sees it, so whole-pixel rules hold at any zoom.
+    const double m = painter->worldTransform().m11();
+    PaintItem(*painter, Look(), m > 0 ? 1 / m : PixelTwips());
 }
 
 void RptItemControl::Move(float left, float top, float width, float height)

@@ -4,6 +4,8 @@
 #include "help/HelpContexts.h"
 
 #include "design/CommandBar.h"
+#include "design/DesignHistory.h"
+#include "design/Zoom.h"
 #include "design/DesignPage.h"
 #include "design/PageRuler.h"
 #include "design/Rectangle.h"
@@ -85,6 +87,8 @@ frmPagewright::frmPagewright(QWidget* parent)
     m_sel = std::make_unique<clsResize>();
     m_hGuide = new GuideLineItem(m_page->HRuler(), Qt::Horizontal);
     m_vGuide = new GuideLineItem(m_page->VRuler(), Qt::Vertical);
+    m_history = new DesignHistory(*this);
+    m_zoom = new ZoomController(*this);
 
     // In-place editor of a label's text: a line edit on the page, at screen scale.
     m_text1 = new QLineEdit;
@@ -101,6 +105,14 @@ frmPagewright::frmPagewright(QWidget* parent)
 
     connect(m_bar, &CommandBar::triggered, this, &frmPagewright::ToolClick);
     connect(m_bar, &CommandBar::comboChanged, this, [this](const QString& tool, const QString& text) {
+        if (tool == u"miZoom") {
+            if (const int percent = ViewZoom::Parse(text))
+                m_zoom->SetPercent(percent);
+            else
+                m_bar->SetComboText(tool, ViewZoom::Text(m_zoom->Percent()));
+            return;
+        }
+        const DesignHistory::Command step(*m_history, tool);
         ComboChange(tool, text);
         if (m_props && m_props->isVisible())
             m_props->LoadProperties();
@@ -149,7 +161,7 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView"),
             QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties"),
             QStringLiteral("mnuHelp")}
-           + PaletteTools();
+           + PaletteTools() + ArrangeTools();
 }
 
 void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
@@ -231,6 +243,8 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
 
     m_reportFileTitle = QStringLiteral("Untitled");
     UpdateCaption();
+    m_zoom->LoadSaved();
+    m_history->Reset();
 }
 
 void frmPagewright::SetGrid(const GridSpacing& grid)
@@ -388,6 +402,12 @@ void frmPagewright::SetToolEnabled(const QString& tool, bool enabled) { m_bar->S
 void frmPagewright::ToolClick(const QString& toolName)
 {
     const QString& t = toolName;
+    if (ViewCommand(t))
+        return;
+    // Whatever the command changes is one step of the history.
+    const DesignHistory::Command step(*m_history, t);
+    if (ArrangeCommand(t))
+        return;
     if (t == u"new")
         NewReport();
     else if (t == u"Open") {

@@ -15,6 +15,8 @@
 #include <memory>
 
 class CommandBar;
+class DesignHistory;
+class ZoomController;
 class DesignPage;
 class FieldDictionary;
 class QLineEdit;
@@ -93,6 +95,8 @@ public:
     clsRptControl& Document() const { return *m_doc; }
     clsResize& SelObj() const { return *m_sel; }
     CommandBar& Commands() const { return *m_bar; }
+    DesignHistory& History() const { return *m_history; }
+    ZoomController& Zoom() const { return *m_zoom; }
     DesignPage& Page() const { return *m_page; }
     QLineEdit* TextEditor() const { return m_text1; }
     FieldDictionary* Dictionary() const { return m_dic.get(); }
@@ -139,6 +143,10 @@ private:
     QString ChooseEmbeddedPicture();
     void InsertFile(const QRectF& band);
     void FinishTool();
+    // undo, zoom and arrange commands (frmPagewrightArrange.cpp); false when not one of them
+    bool ViewCommand(const QString& toolName);
+    bool ArrangeCommand(const QString& toolName);
+    static QStringList ArrangeTools();
     // commands (frmPagewright.cpp)
     void NewReport();
     void ExitCommand();
@@ -174,6 +182,8 @@ private:
     QString ChooseReportFile(bool saveMode) const;
 
     CommandBar* m_bar = nullptr;
+    DesignHistory* m_history = nullptr;
+    ZoomController* m_zoom = nullptr;
     DesignPage* m_page = nullptr;
     std::unique_ptr<clsRptControl> m_doc;
     std::unique_ptr<clsResize> m_sel;

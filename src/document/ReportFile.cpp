@@ -347,6 +347,78 @@ bool clsRptControl::WriteRecoveryCopy(const QString& path)
 
 // ---------------------------------------------------------------- loading and the item builder
 
+RdfItem clsRptControl::recordOf(const ItemRecord& rec) const
+{
+    PictureList pictures;
+    bool function6 = false;
+    RdfItem r = RptFileConverter::toRecord(*this, rec, false, pictures, function6);
+    if (rec.ObjectType == ObjType::Image)
+        r.formatOrFile = Prop(rec.control, "FileName").toString();
+    return r;
+}
+
+// A stored record's properties onto its control; shared by loading, pasting and undo.
+void clsRptControl::applyRecord(QObject* c, int kind, const RdfItem& r, const QStringList& pictureFiles)
+{
+    SetProp(c, "Left", r.left);
+    SetProp(c, "Top", r.top);
+    SetProp(c, "Width", float(r.width));
+    SetProp(c, "Height", float(r.height));
+    SetProp(c, "BorderStyle", int(r.borderStyle));
+    SetProp(c, "BorderWidth", float(std::round(r.borderWidth / 20.0 * 100) / 100));
+    SetProp(c, "BorderColor", r.borderColor);
+    if (IsTextKind(kind)) {
+        SetProp(c, "FontName", r.fontName);
+        SetProp(c, "Fontsize", r.fontSize);
+        SetProp(c, "FontBold", bool(r.flags & RdfFlag::Bold));
+        SetProp(c, "FontItalic", bool(r.flags & RdfFlag::Italic));
+        SetProp(c, "FontUnderline", bool(r.flags & RdfFlag::Underline));
+        SetProp(c, "AllowGrow", bool(r.flags & RdfFlag::AllowGrow));
+        SetProp(c, "AllowShrink", bool(r.flags & RdfFlag::AllowShrink));
+        SetProp(c, "UseShortText", bool(r.flags & RdfFlag::ShortText));
+        SetProp(c, "ForeColor", r.foreColor);
+        SetProp(c, "BackColor", r.backColor);
+        SetProp(c, "Backstyle", (r.flags & RdfFlag::Opaque) ? 1 : 0);
+        SetProp(c, "SpecialEffect", int(r.specialEffect));
+        SetProp(c, "Alignment", int(r.alignment));
+        if (kind == ObjType::Field) {
+            SetProp(c, "FormatClass", int(r.numberA));
+            SetProp(c, "FunctionType", r.kind == RdfKind::FunctionField ? int(r.numberB) : 0);
+        } else if (kind == ObjType::DateTime) {
+            SetProp(c, "FormatClass", 2); // the file keeps no class for date stamps
+        }
+        SetProp(c, "DataFormat", r.formatOrFile);
+        if (kind == ObjType::Field || kind == ObjType::DateTime)
+            SetProp(c, "Text", DataView ? r.text : r.name);
+        else
+            SetProp(c, "Text", r.text);
+    } else if (kind == ObjType::Box) {
+        SetProp(c, "BackColor", r.backColor);
+        SetProp(c, "Backstyle", (r.flags & RdfFlag::Opaque) ? 1 : 0);
+    } else if (kind == ObjType::Image) {
+        SetProp(c, "BackColor", r.backColor);
+        SetProp(c, "SpecialEffect", int(r.specialEffect));
+        SetProp(c, "Alignment", int(r.alignment));
+        SetProp(c, "SizeMode", int(r.sizeMode));
+        SetProp(c, "DataBound", r.dataBound);
+        // A stored list position names one of the unpacked picture files.
+        bool isPos = false;
+        const int pos = r.formatOrFile.toInt(&isPos);
+        const bool inList = isPos && pos >= 0 && pos < pictureFiles.size();
+        if (r.dataBound) {
+            SetProp(c, "PhotoSeq", int(r.numberA));
+            SetProp(c, "Category", int(r.numberB));
+            if (inList && DataView)
+                SetProp(c, "FileName", pictureFiles.at(pos));
+        } else if ((r.flags & RdfFlag::Embedded) && inList) {
+            SetProp(c, "Embeded", true);
+            SetProp(c, "FileName", pictureFiles.at(pos));
+        } else {
+            SetProp(c, "FileName", r.formatOrFile);
+        }
+    }
+}
+
 int clsRptControl::buildItems(const std::vector<RdfItem>& records, const QStringList& pictureFiles)
 {
     const int firstNew = RptItemCount() + 1;
@@ -365,66 +437,7 @@ int clsRptControl::buildItems(const std::vector<RdfItem>& records, const QString
         const int index = RptItemCount();
         SetProp(c, "Tag", index);
 
-        SetProp(c, "Left", r.left);
-        SetProp(c, "Top", r.top);
-        SetProp(c, "Width", float(r.width));
-        SetProp(c, "Height", float(r.height));
-        SetProp(c, "BorderStyle", int(r.borderStyle));
-        SetProp(c, "BorderWidth", float(std::round(r.borderWidth / 20.0 * 100) / 100));
-        SetProp(c, "BorderColor", r.borderColor);
-        const int kind = rec.ObjectType;
-        if (IsTextKind(kind)) {
-            SetProp(c, "FontName", r.fontName);
-            SetProp(c, "Fontsize", r.fontSize);
-            SetProp(c, "FontBold", bool(r.flags & RdfFlag::Bold));
-            SetProp(c, "FontItalic", bool(r.flags & RdfFlag::Italic));
-            SetProp(c, "FontUnderline", bool(r.flags & RdfFlag::Underline));
-            SetProp(c, "AllowGrow", bool(r.flags & RdfFlag::AllowGrow));
-            SetProp(c, "AllowShrink", bool(r.flags & RdfFlag::AllowShrink));
-            SetProp(c, "UseShortText", bool(r.flags & RdfFlag::ShortText));
-            SetProp(c, "ForeColor", r.foreColor);
-            SetProp(c, "BackColor", r.backColor);
-            SetProp(c, "Backstyle", (r.flags & RdfFlag::Opaque) ? 1 : 0);
-            SetProp(c, "SpecialEffect", int(r.specialEffect));
-            SetProp(c, "Alignment", int(r.alignment));
-            if (kind == ObjType::Field) {
-                SetProp(c, "FormatClass", int(r.numberA));
-                SetProp(c, "FunctionType", r.kind == RdfKind::FunctionField ? int(r.numberB) : 0);
-            } else if (kind == ObjType::DateTime) {
-                SetProp(c, "FormatClass", 2); // the file keeps no class for date stamps
-            }
-            SetProp(c, "DataFormat", r.formatOrFile);
-            if (kind == ObjType::Field || kind == ObjType::DateTime)
-                SetProp(c, "Text", DataView ? r.text : r.name);
-            else
-                SetProp(c, "Text", r.text);
-        } else if (kind == ObjType::Box) {
-            SetProp(c, "BackColor", r.backColor);
-            SetProp(c, "Backstyle", (r.flags & RdfFlag::Opaque) ? 1 : 0);
-        } else if (kind == ObjType::Image) {
-            SetProp(c, "BackColor", r.backColor);
-            SetProp(c, "SpecialEffect", int(r.specialEffect));
-            SetProp(c, "Alignment", int(r.alignment));
-            SetProp(c, "SizeMode", int(r.sizeMode));
-            SetProp(c, "DataBound", r.dataBound);
-            // A stored list position names one of the unpacked picture files.
-            bool isPos = false;
-            const int pos = r.formatOrFile.toInt(&isPos);
-            const bool inList = isPos && pos >= 0 && pos < pictureFiles.size();
-            if (r.dataBound) {
-                SetProp(c, "PhotoSeq", int(r.numberA));
-                SetProp(c, "Category", int(r.numberB));
-                if (inList && DataView)
-                    SetProp(c, "FileName", pictureFiles.at(pos));
-            } else if ((r.flags & RdfFlag::Embedded) && inList) {
-                SetProp(c, "Embeded", true);
-                SetProp(c, "FileName", pictureFiles.at(pos));
-            } else {
-                SetProp(c, "FileName", r.formatOrFile);
-            }
-        }
-        if (kind == ObjType::SubReport)
-            rec.DataField = r.dataField;
+        applyRecord(c, rec.ObjectType, r, pictureFiles);
     }
     emit itemsChanged();
     return firstNew;

@@ -200,6 +200,7 @@ signals:
 
 private:
     friend class RptFileConverter;
+    friend class UndoStack;
     int indexOf(const QObject* control) const;
     int kindOf(const QObject* control) const;
     QVariant readCurrent(const char* name) const;
@@ -221,6 +222,9 @@ private:
     QString GetFieldValue(const QString& column, int codeType, bool hasExpression, bool useShortText);
     // Records -> controls; shared by loading and pasting. Returns the first new index.
     int buildItems(const std::vector<RdfItem>& records, const QStringList& pictureFiles);
+    void applyRecord(QObject* control, int kind, const RdfItem& r, const QStringList& pictureFiles);
+    // An item as the file codec sees it, but with a picture's own file name.
+    RdfItem recordOf(const ItemRecord& rec) const;
     void deleteTempFiles();
 
     FieldDictionary* m_dic = nullptr;
