@@ -129,6 +129,8 @@ QImage ReportData::loadPicture(const QString& localPath)
         reader.setAutoTransform(true);
         img = reader.read();
     }
+    if (m_pictureCache.size() >= 32)
+        m_pictureCache.clear(); // a long run must not keep every record's photo
     m_pictureCache.insert(localPath, img);
     return img;
 }
@@ -321,6 +323,7 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
             return false;
     }
     decodeRow(key, rs.get(), values, true);
+    LoadPictures(values);
     if (rs)
         rs->Close();
     return true;
@@ -369,15 +372,20 @@ void ReportData::FetchMany(const QStringList& keys, std::vector<std::optional<Re
     rs->Close();
 }
 
+void ReportData::LoadPictures(RecordValues& values)
+{
+    for (size_t i = 0; i < values.pictureFiles.size() && i < values.pictures.size(); ++i)
+        if (!values.pictureFiles[i].isEmpty())
+            values.pictures[i] = loadPicture(values.pictureFiles[i]);
+}
+
 void ReportData::decodeRow(const QString& key, const Recordset* rs, RecordValues& values, bool pictures)
 {
     const size_t n = m_report.items.size();
     values.texts.assign(n, QString());
     values.raw.assign(n, QString());
-    if (pictures)
-        values.pictures = m_fixedPictures;
-    else
-        values.pictures.assign(n, {});
+    values.pictures = m_fixedPictures;
+    values.pictureFiles.assign(n, QString());
     const QString now = RecordQuery::NowText();
     for (size_t i = 0; i < n; ++i) {
         const RdfItem& it = m_report.items[i];
@@ -404,7 +412,9 @@ void ReportData::decodeRow(const QString& key, const Recordset* rs, RecordValues
                 const QVariant v = rs->Fields(QStringLiteral("PhotoVersion"));
                 version = v.isNull() ? QString() : RecordQuery::ValueText(v);
             }
-            values.pictures[i] = loadPicture(m_photoLookup->GetBoundPhotoFile(key, it.numberA, version, it.numberB));
+            // Decoded later, one record at a time (LoadPictures): a chunk of records must not
+            // hold a chunk of decoded photos.
+            values.pictureFiles[i] = m_photoLookup->GetBoundPhotoFile(key, it.numberA, version, it.numberB);
         }
     }
 }

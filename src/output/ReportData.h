@@ -21,6 +21,7 @@ class clsRptControl;
 struct RecordValues {
     std::vector<QString> texts;
     std::vector<QImage> pictures;
+    std::vector<QString> pictureFiles; // bound photos found but not yet loaded (LoadPictures)
     std::vector<QString> raw; // the unformatted value of each field (for totals)
 };
 
@@ -67,9 +68,12 @@ public:
     bool Fetch(const QString& key, RecordValues& values);
     // Fills out[i] with the record of keys[i], or leaves it empty when there is none, with one
     // statement for all of them (the same select list, status filter and decoding as Fetch).
-    // Repeated keys get the same record again. Without pictures, bound photos stay empty and
-    // no photo is looked up (a first pass for totals). Throws HostError as Fetch does.
+    // Repeated keys get the same record again. Bound photos are found (pictureFiles) but not
+    // loaded; without pictures they are not even looked up (a first pass for totals). Throws
+    // HostError as Fetch does.
     void FetchMany(const QStringList& keys, std::vector<std::optional<RecordValues>>& out, bool pictures = true);
+    // Loads the bound photos FetchMany found into values.pictures.
+    void LoadPictures(RecordValues& values);
     // Function fields (Sum 1, Average 2, Minimum 3, Maximum 4, Count 5) show their total over
     // every fetched record, formatted as the field is; other fields keep their own value.
     void ApplyTotals(std::vector<RecordValues>& records) const;

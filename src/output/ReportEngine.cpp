@@ -244,16 +244,17 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
     };
     int index = 0;
     for (int start = 0; start < total; start += chunk) {
-        if (!report(progressAt(start), total))
-            return false;
         fetch(start, values, true);
         for (size_t i = 0; i < values.size(); ++i) {
+            if (!report(progressAt(start + int(i)), total))
+                return false;
             const QString& key = keys[start + qsizetype(i)];
             if (!values[i]) {
                 m_missing << key;
                 continue;
             }
             totals.Apply(*values[i]);
+            data.LoadPictures(*values[i]);
             m_records.push_back(layoutRecord(key, std::move(*values[i]), px));
             values[i].reset();
             m_printed << key;
