@@ -149,6 +149,9 @@ ReportEngine::Record ReportEngine::layoutRecord(const QString& key, RecordValues
                 piece.looks.push_back(l);
                 piece.looks.back().rect.translate(0, -cuts[c]);
             }
+            // What is left below a cut item is no page of its own.
+            if (c > 0 && piece.looks.empty())
+                continue;
             rec.pieces.push_back(std::move(piece));
         }
         rec.pieces.back().pageBreakAfter = band.pageBreakAfter;
@@ -176,6 +179,7 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
     m_firstRecord = 0;
     m_pages.clear();
     m_pageCount = 0;
+    m_heldPeak = 0;
     m_missing.clear();
     m_printed.clear();
     m_warnings.clear();
@@ -240,6 +244,9 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
             // Later pages only show records from the last one on this page on.
             releaseBefore(lastRecordOn(page));
         }
+        // ... and none before the first record of the page still open.
+        if (pager.OpenFirstRecord() >= 0)
+            releaseBefore(pager.OpenFirstRecord());
         return true;
     };
     int index = 0;
@@ -256,6 +263,7 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
             totals.Apply(*values[i]);
             data.LoadPictures(*values[i]);
             m_records.push_back(layoutRecord(key, std::move(*values[i]), px));
+            m_heldPeak = std::max(m_heldPeak, int(m_records.size()));
             values[i].reset();
             m_printed << key;
             std::vector<double> heights;

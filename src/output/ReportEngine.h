@@ -75,6 +75,8 @@ public:
     QStringList MissingKeys() const { return m_missing; }
     QStringList PrintedKeys() const { return m_printed; }
     int PageCount() const { return m_pageCount; }
+    // The most records Print held at once (laid out, waiting for their page to be painted).
+    int HeldRecordsPeak() const { return m_heldPeak; }
     // What could not be printed as designed (an item taller than a page is cut), one line each.
     QStringList Warnings() const { return m_warnings; }
 
@@ -106,6 +108,7 @@ private:
     int m_firstRecord = 0;
     std::vector<ReportLayout::Page> m_pages; // kept by Run
     int m_pageCount = 0;
+    int m_heldPeak = 0;
     QStringList m_missing, m_printed, m_warnings;
     QSizeF m_pageTwips;
     std::unique_ptr<FieldDictionary> m_dictionary;

@@ -72,6 +72,9 @@ public:
     void Add(int record, const std::vector<double>& heights, const std::vector<bool>& breaks);
     // The pages no later record can add to, in order; they are handed over once.
     std::vector<Page> TakeFinished();
+    // The first record of the page still open: no later page shows an earlier record. -1 when
+    // no page is open.
+    int OpenFirstRecord() const { return m_pages.empty() ? -1 : m_pages.back().firstRecord; }
     // Every page still held, after the last record.
     std::vector<Page> Finish();
 
