@@ -5,6 +5,7 @@
 #include <QImageWriter>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <QStorageInfo>
 #include <QSvgGenerator>
 #include <cerrno>
 
@@ -16,8 +17,11 @@ QString native(const QString& path) { return QDir::toNativeSeparators(path); }
 
 HostError OutputFileError(const QFileDevice& file, const QString& path, bool diskFull)
 {
-    // Qt reports ENOSPC as a resource error; the message is the system's.
-    if (diskFull || file.error() == QFileDevice::ResourceError || file.errorString().contains(QLatin1String("No space left")))
+    // Qt reports ENOSPC as a resource error, but forgets it again on commit; a folder left with
+    // no room says the same.
+    const QStorageInfo volume(QFileInfo(path).absolutePath());
+    if (diskFull || file.error() == QFileDevice::ResourceError || file.errorString().contains(QLatin1String("No space left")) ||
+        (volume.isValid() && volume.bytesAvailable() < 64 * 1024))
         return HostError(HostErr::DiskFull, QStringLiteral("Disk full: ") + native(path));
     return HostError(HostErr::FileAccess, QStringLiteral("Path/File access error: ") + native(path));
 }
@@ -48,6 +52,7 @@ protected:
         }
         if (m_file.write(data, len) != len) {
             failed = true;
+            diskFull = m_file.error() == QFileDevice::ResourceError || errno == ENOSPC;
             return -1;
         }
         m_written += len;
@@ -89,15 +94,22 @@ void OutputFile::Fail()
     throw e;
 }
 
+bool OutputFile::Failed() const { return m_sink->failed; }
+
 void OutputFile::Commit()
 {
-    if (m_sink->failed || !m_file->flush()) {
-        const HostError e = OutputFileError(*m_file, m_path, m_sink->diskFull);
-        m_file->cancelWriting();
-        throw e;
+    if (!m_sink->failed) {
+        // The buffer's last bytes; a failure shows in error(), which commit() would reset.
+        m_file->flush();
+        if (m_file->error() != QFileDevice::NoError) {
+            m_sink->failed = true;
+            m_sink->diskFull = m_file->error() == QFileDevice::ResourceError || errno == ENOSPC;
+        }
     }
+    if (m_sink->failed)
+        Fail();
     if (!m_file->commit())
-        throw OutputFileError(*m_file, m_path);
+        throw OutputFileError(*m_file, m_path, errno == ENOSPC);
 }
 
 // ---- one PDF -------------------------------------------------------------------------------
@@ -126,11 +138,14 @@ QPainter* PdfFileOutput::BeginPage(int, int, const QString&)
 {
     if (!m_started) {
         if (!m_painter.begin(m_writer.get()))
-            throw HostError(HostErr::FileAccess, QStringLiteral("Path/File access error: ") + native(m_path));
+            m_file->Fail();
         m_started = true;
     } else {
         m_writer->newPage();
     }
+    // A long run stops at the first failed write rather than painting on into nothing.
+    if (m_file->Failed())
+        m_file->Fail();
     return &m_painter;
 }
 

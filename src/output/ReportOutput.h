@@ -30,6 +30,7 @@ public:
     ~OutputFile();
     QIODevice& Device();
     void Commit();
+    bool Failed() const; // a write has failed already
     [[noreturn]] void Fail(); // throws what went wrong; the temporary goes
 
 private:
