@@ -59,8 +59,10 @@ struct BatchDocument {
 int runDump(const QStringList& argsIn)
 {
     QStringList args = argsIn;
+    // Accepted as by every subcommand; a dump sends no statement to the host.
+    TakeOption(args, QStringLiteral("--sql-log"));
     if (args.size() != 2) {
-        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt"));
+        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt [--sql-log FILE]"));
         return 2;
     }
     try {
