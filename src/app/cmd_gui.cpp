@@ -1,6 +1,7 @@
 // Starting the designer: the embedded host on the data folder, then the component as a host
 // would start it. The program ends when the host's job is closed.
 #include "DemoFlyers.h"
+#include "RecordChooser.h"
 #include "Subcommands.h"
 
 #include "design/frmPagewright.h"
@@ -66,6 +67,7 @@ int RunDesigner(int argc, char** argv)
     InstallDialogPrompts();
     InstallReportFileDialog();
     InstallReportRunner();
+    InstallRecordChooser();
     InstallPrintForm();
     RegisterFlyerWindow();
 

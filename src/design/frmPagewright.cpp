@@ -63,7 +63,8 @@ frmPagewright::frmPagewright(QWidget* parent)
     QStringList tools = ImplementedTools();
     // Printing needs an engine; without one the print tools stay disabled.
     if (HasReportRunner())
-        tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu");
+        tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu")
+              << QStringLiteral("miPrintMany");
     m_bar->SetImplemented(tools);
     m_page = new DesignPage(this);
     setCentralWidget(m_page);
@@ -358,6 +359,8 @@ void frmPagewright::ToolClick(const QString& toolName)
         PrintCommand(t == u"printpreview", false);
     else if (t == u"PrintFromFileMenu")
         PrintCommand(false, true);
+    else if (t == u"miPrintMany")
+        PrintManyCommand();
     else if (t == u"miDeleteObject")
         m_doc->DeleteSelected();
     else if (t == u"miCut" || t == u"miCopy" || t == u"miPaste")

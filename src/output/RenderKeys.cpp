@@ -68,6 +68,7 @@ QStringList Select(FieldDictionary& dic, const QString& condition, const QString
     sql.replace(inList, condition.trimmed().isEmpty() ? QStringLiteral("1 = 1") : QLatin1Char('(') + condition + QLatin1Char(')'));
     sql.chop(1); // the ";"
     sql += QStringLiteral(" ORDER BY ") + (orderBy.trimmed().isEmpty() ? key : orderBy) + QLatin1Char(';');
+    sql = RecordQuery::ReplaceHostTokens(sql); // the condition may name the user ('~UserId~')
     std::unique_ptr<Recordset> rs = gHost->Database().OpenRecordset(dic.DatabaseKind(), sql, 3, 1, 1);
     QStringList keys;
     const bool quoted = dic.DatabaseKind() != 1 && dic.DatabaseKind() != 5;

@@ -2,6 +2,7 @@
 #include "output/ReportEngine.h"
 
 #include "entry/Prompts.h"
+#include "output/ReportRunMany.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -59,6 +60,9 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
         MsgBox(key + QStringLiteral(" Not Found"), Mb::OKOnly | Mb::Exclamation, QStringLiteral("Print"));
         return false;
     }
+    // Whatever could not be printed as designed is said before the pages are shown.
+    if (!engine.Warnings().isEmpty())
+        MsgBox(engine.Warnings().join(QLatin1Char('\n')), Mb::OKOnly | Mb::Exclamation, QStringLiteral("Print"));
     // The progress window belongs to fetching; painting the preview must not report to it
     // (closing it counts as cancelling, and its event loop would re-enter the preview).
     ro.progress = {};
@@ -91,6 +95,8 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
 void InstallReportRunner()
 {
     SetReportRunner([](QWidget* parent, const ReportRunRequest& r) {
+        if (r.many)
+            return PrintReportMany(parent, r);
         RunReportOptions options;
         options.report.databaseKind = r.databaseKind;
         options.report.newPagePerRecord = r.newPagePerRecord;
