@@ -245,7 +245,7 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
             releaseBefore(lastRecordOn(page));
         }
         // ... and none before the first record of the page still open.
-        if (pager.OpenFirstRecord() >= 0)
+        if (!keep && pager.OpenFirstRecord() >= 0)
             releaseBefore(pager.OpenFirstRecord());
         return true;
     };

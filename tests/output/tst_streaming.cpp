@@ -8,6 +8,7 @@
 #include "render/Format.h"
 
 #include <QDirIterator>
+#include <QPainter>
 #include <QtTest>
 
 namespace {
@@ -120,6 +121,33 @@ private slots:
         }
         // A page per record: held are the record being laid out and the one whose page is open.
         QCOMPARE(printPng(report, m_keys, 5).held, 2);
+    }
+
+    // Run keeps every page and its records for the preview, which pages back and forth: each
+    // page paints as the streamed output printed it.
+    void runKeepsEveryPageForThePreview()
+    {
+        ReportFixture f;
+        const RdfReport report = detailReport({item(RdfKind::Field, "ListNum", 0, 0), item(RdfKind::Field, "OwnerName", 400, 0)});
+        const Printed streamed = printPng(report, m_keys, 3);
+        ReportEngine engine;
+        ReportOptions o;
+        o.chunkSize = 3;
+        engine.SetOptions(o);
+        engine.SetReport(report);
+        QVERIFY(engine.Run(m_keys));
+        QCOMPARE(engine.PageCount(), streamed.pages);
+        for (int page = streamed.pages - 1; page >= 0; --page) {
+            QImage img(255, 330, QImage::Format_RGB32); // Letter at 30 dpi
+            img.fill(Qt::white);
+            QPainter p(&img);
+            p.setRenderHint(QPainter::Antialiasing);
+            p.setRenderHint(QPainter::SmoothPixmapTransform);
+            engine.PaintPage(p, page, 30);
+            p.end();
+            const QImage printed = QImage::fromData(streamed.files.value(QString("page-%1.png").arg(page + 1, 6, 10, QChar('0'))));
+            QVERIFY2(printed.convertToFormat(QImage::Format_RGB32) == img, qPrintable(QString("page %1").arg(page + 1)));
+        }
     }
 
     // Records flowing down two columns across pages, with a page break inside each record.
