@@ -1,6 +1,7 @@
 // Starting the designer: the embedded host on the data folder, then the component as a host
 // would start it. The program ends when the host's job is closed and no design window is left.
 #include "DemoFlyers.h"
+#include "RecordChooser.h"
 #include "Subcommands.h"
 
 #include "design/RecoveryCopy.h"
@@ -72,6 +73,7 @@ int RunDesigner(int argc, char** argv)
     InstallDialogPrompts();
     InstallReportFileDialog();
     InstallReportRunner();
+    InstallRecordChooser();
     InstallPrintForm();
     RegisterFlyerWindow();
     InstallHelpKey();

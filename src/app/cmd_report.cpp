@@ -55,7 +55,7 @@ struct BatchDocument {
 int runDump(const QStringList& argsIn)
 {
     QStringList args = argsIn;
-    // Accepted like everywhere; a dump sends no statements, so nothing is appended to it.
+    // Accepted as by every subcommand; a dump sends no statement to the host.
     TakeOption(args, QStringLiteral("--sql-log"));
     if (args.size() != 2) {
         err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt [--sql-log FILE]"));

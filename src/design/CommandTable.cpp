@@ -78,6 +78,8 @@ constexpr std::array kCommands{
     // The File menu's print asks for the printer first, so it carries the print shortcut.
     Cmd("PrintFromFileMenu", "Print", "View", "Print...", "Print current file", B, QKeySequence::Print),
     Cmd("printpreview", "Print Preview", "View", "Print Preview", "Print preview current file"),
+    Cmd("miPrintMany", "Print the report for many listings", "File", "Print &Many...",
+        "Print the report for listings chosen in the property search, or for all of yours"),
     Cmd("miSelectProperty", "Select the Property whos data you wish to use to populate your report", "File",
         "Select Property", ""),
     Cmd("exit", "Exit", "File", "E&xit", "Close all documents and exit", B, QKeySequence::Quit),
@@ -196,7 +198,7 @@ constexpr std::array kCommands{
 constexpr const char* S = kSeparator;
 
 constexpr const char* kMain[] = {"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"};
-constexpr const char* kFile[] = {"new", "Open", S, "printpreview", "PrintFromFileMenu", "miPageSetup", "miPrintSetup", S,
+constexpr const char* kFile[] = {"new", "Open", S, "printpreview", "PrintFromFileMenu", "miPrintMany", "miPageSetup", "miPrintSetup", S,
                                  "miSave", "miSaveAs", S, "miSelectProperty", "miClearDataSource", S, "exit"};
 constexpr const char* kEdit[] = {"miUndo", "miRedo", S, "miCut", "miCopy", "miPaste", S, "miDuplicate", S, "miSelectAll", "miSelectByArea",
                                  "miDeleteObject"};

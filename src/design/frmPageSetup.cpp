@@ -1,3 +1,4 @@
+#include "design/PaperFields.h"
 #include "design/frmPageSetup.h"
 
 #include "document/clsRptControl.h"
@@ -5,6 +6,7 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -100,6 +102,7 @@ frmPageSetup::frmPageSetup(clsRptControl& document, QWidget* parent) : QDialog(p
     sectionForm->addRow(QStringLiteral("Section Spacing (in inches)"), m_spacing);
 
     m_newPage = checkBox("chkNewPage", QStringLiteral("Force a new page between records"), this);
+    m_paper = new PaperFields(this);
 
     auto* ok = new QPushButton(QStringLiteral("OK"), this);
     ok->setObjectName(QStringLiteral("OKButton"));
@@ -118,13 +121,14 @@ frmPageSetup::frmPageSetup(clsRptControl& document, QWidget* parent) : QDialog(p
     top->addWidget(margins);
     top->addLayout(middle);
     top->addWidget(sections);
+    top->addWidget(m_paper);
     top->addWidget(m_newPage);
     top->addLayout(buttons);
     setLayout(top);
 
     QWidget* order[] = {m_margins[0].edit, m_margins[1].edit, m_margins[2].edit, m_margins[3].edit, m_columns,
-                        m_leftToRight,     m_pageBorder,      m_pageNumber,      m_spacing,         m_newPage,
-                        ok,                cancel};
+                        m_leftToRight,     m_pageBorder,      m_pageNumber,      m_spacing,         m_paper->SizeBox(),
+                        m_newPage,         ok,                cancel};
     for (size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
 
@@ -161,6 +165,7 @@ void frmPageSetup::fill()
     m_spacing->setValue(double(m_acceptedSpacing));
     m_spacingShown = m_spacing->value();
     m_newPage->setChecked(m_doc.NewPage);
+    m_paper->Fill(m_doc.Paper);
 }
 
 void frmPageSetup::acceptSpacing()
@@ -215,6 +220,9 @@ void frmPageSetup::Apply()
         changed |= twips != *m.target;
         *m.target = twips;
     }
+
+    changed |= m_paper->Value() != m_doc.Paper;
+    m_doc.Paper = m_paper->Value();
 
     acceptSpacing();
     if (m_acceptedSpacing != m_doc.SectionSpacing()) {

@@ -1,8 +1,10 @@
 #pragma once
 // The page setup dialog: margins, columns and their fill order, page border and numbers,
-// section spacing and a new page per record, for one report document.
+// section spacing, paper size and orientation, and a new page per record, for one report
+// document.
 #include <QDialog>
 
+class PaperFields;
 class QCheckBox;
 class QDoubleSpinBox;
 class QSpinBox;
@@ -51,6 +53,7 @@ private:
     QCheckBox* m_pageNumber = nullptr;
     QDoubleSpinBox* m_spacing = nullptr;
     QCheckBox* m_newPage = nullptr;
+    PaperFields* m_paper = nullptr;
     // The last accepted section spacing, inches, and the value its field showed for it: the
     // field rounds to three decimals, and an untouched field must not round the document.
     float m_acceptedSpacing = 0;

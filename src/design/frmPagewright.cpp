@@ -70,7 +70,8 @@ frmPagewright::frmPagewright(QWidget* parent)
     QStringList tools = ImplementedTools();
     // Printing needs an engine; without one the print tools stay disabled.
     if (HasReportRunner())
-        tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu");
+        tools << QStringLiteral("print") << QStringLiteral("printpreview") << QStringLiteral("PrintFromFileMenu")
+              << QStringLiteral("miPrintMany");
     if (HasPrinterSetup())
         tools << QStringLiteral("miPrintSetup");
     m_bar->SetImplemented(tools);
@@ -433,6 +434,8 @@ void frmPagewright::ToolClick(const QString& toolName)
         PrintCommand(false, true);
     else if (t == u"miPrintSetup")
         RunPrinterSetup(this);
+    else if (t == u"miPrintMany")
+        PrintManyCommand();
     else if (t == u"miDeleteObject")
         m_doc->DeleteSelected();
     else if (t == u"miCut" || t == u"miCopy" || t == u"miPaste")

@@ -177,6 +177,7 @@ private:
     // Print or preview: the report goes to a temporary file and, with its record, to the
     // installed report engine (asking for the record first when there is none).
     void PrintCommand(bool preview, bool printDialog);
+    void PrintManyCommand(); // File > Print Many
     // A report file to open or save as: the component's file dialog when one is installed,
     // else a plain file chooser on the kind's folder. "" when cancelled.
     QString ChooseReportFile(bool saveMode) const;

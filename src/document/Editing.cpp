@@ -286,6 +286,7 @@ void clsRptControl::SetPageDefaults()
     TopMargin = BottomMargin = 1080;
     LeftMargin = RightMargin = 720;
     NumberOfColumns = 1;
+    Paper.reset();
 }
 
 void clsRptControl::SetEdit()

@@ -32,7 +32,9 @@ QString NowText()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 
-QString SelectRecord(FieldDictionary& dic, const QString& columns, const QString& key)
+namespace {
+
+QString selectWhere(FieldDictionary& dic, const QString& columns, const QString& condition)
 {
     const int kind = dic.DatabaseKind();
     const bool photo = (QLatin1Char(',') + columns + QLatin1Char(',')).contains(QLatin1String(",PhotoVersion,"));
@@ -42,13 +44,26 @@ QString SelectRecord(FieldDictionary& dic, const QString& columns, const QString
     else if (kind == 5 && photo)
         join = QStringLiteral(" LEFT JOIN Photo ON Rentals.Listnum = Photo.PhoListnum");
     QString sql = QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + dic.TableName() + join +
-                  QStringLiteral(" WHERE ") + dic.KeyField() + QStringLiteral(" = ") + key + QLatin1Char(';');
+                  QStringLiteral(" WHERE ") + condition + QLatin1Char(';');
     const QString statusList = gHost ? gHost->StatusList() : QString();
     if (kind == 1 && !statusList.isEmpty()) {
         sql.chop(1);
         sql += QStringLiteral(" AND CLng(LstStatus) NOT IN (") + statusList + QStringLiteral(");");
     }
     return ReplaceHostTokens(sql);
+}
+
+} // namespace
+
+QString SelectRecord(FieldDictionary& dic, const QString& columns, const QString& key)
+{
+    return selectWhere(dic, columns, dic.KeyField() + QStringLiteral(" = ") + key);
+}
+
+QString SelectRecords(FieldDictionary& dic, const QString& columns, const QStringList& keys)
+{
+    return selectWhere(dic, columns, dic.TableName() + QLatin1Char('.') + dic.KeyField() + QStringLiteral(" IN (") +
+                                         keys.join(QLatin1Char(',')) + QLatin1Char(')'));
 }
 
 FieldText DecodeField(const Recordset& rs, const FieldDictionary& dic, const QString& dataField, int codeType,

@@ -3,6 +3,7 @@
 // view and the report engine both come through here, so a printed report shows exactly what
 // the data view shows.
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 class FieldDictionary;
@@ -23,6 +24,10 @@ QString NowText();
 // the Photo join when the list holds PhotoVersion, the key inserted as given, the listing
 // status filter and the host tokens.
 QString SelectRecord(FieldDictionary& dictionary, const QString& columns, const QString& key);
+
+// The same statement for many records at once: the key condition is "Table.Key IN (keys)".
+// Keys are inserted as given; the caller checks them.
+QString SelectRecords(FieldDictionary& dictionary, const QString& columns, const QStringList& keys);
 
 struct FieldText {
     QString text;

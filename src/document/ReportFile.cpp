@@ -274,6 +274,7 @@ bool clsRptControl::SaveReport(const QString& FileName, bool pStaticReport)
         h.dictionaryVersion = m_dic ? m_dic->Version() : 0;
         h.reportOption = qint16(ReportOption);
         h.autoFillId = AutoFillId;
+        RdfWritePaper(h, Paper);
 
         const float detailBar = m_win ? m_win->DetailHeaderBarOffset() : 0;
         const float footerBar = m_win ? m_win->PageFooterBarOffset() : 0;
@@ -471,6 +472,7 @@ void clsRptControl::LoadReport(const QString& FileName)
     NumberOfColumns = h.numberOfColumns == 0 ? 1 : h.numberOfColumns;
     m_sectionSpacing = float(std::round(h.sectionSpacingTwips / 1440.0 * 1e5) / 1e5);
     ReportOption = h.reportOption;
+    Paper = RdfReadPaper(h);
     if (m_dic && h.dictionaryVersion != m_dic->Version())
         m_dic->Reload();
     AutoFillId = h.autoFillId;

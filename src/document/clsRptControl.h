@@ -3,6 +3,7 @@
 // report. Everything that reads or changes a report goes through here. Each record points at
 // its control on the design page; controls are QObjects whose properties ("Text", "FontBold",
 // "Left", ...) are read and written by name, and whose "Tag" holds the item's index.
+#include "document/RdfPaper.h"
 #include "document/DesignSurface.h"
 
 #include <QObject>
@@ -57,6 +58,7 @@ public:
     bool DirtyFlag = false;
     int TopMargin = 1080, BottomMargin = 1080, LeftMargin = 720, RightMargin = 720;
     int NumberOfColumns = 1;
+    std::optional<RdfPaper> Paper; // none: Letter portrait, and nothing stored in the file
     bool EditControlsPasted = false;
     int ReportOption = 0;      // kept from the file and written back unchanged
     bool ClearDataSource = false;

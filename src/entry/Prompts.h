@@ -80,6 +80,7 @@ struct ReportRunRequest {
     bool newPagePerRecord = true;
     bool preview = false;         // preview (with printing reachable from it) rather than print
     bool printDialog = false;     // print only after the printer dialog was accepted
+    bool many = false;            // File > Print Many: for records the user chooses, not key
 };
 using ReportRunFn = std::function<bool(QWidget* parent, const ReportRunRequest& request)>;
 void SetReportRunner(ReportRunFn runner); // empty function uninstalls

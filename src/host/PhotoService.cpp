@@ -3,14 +3,45 @@
 #include "host/HostDatabase.h"
 #include "entry/ReportKinds.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QRegularExpression>
 
+QString PhotoService::caseInsensitive(const QString& file) const
+{
+    // Listing the folder for every missing photo costs seconds in a store of 100,000 files:
+    // an index of its names, made again only when the folder changes.
+    const QFileInfo info(file);
+    const QString folder = info.absolutePath();
+    if (!QFileInfo(folder).isDir())
+        return LocalPath(file); // a folder spelt otherwise: rare, and small
+    const QDateTime changed = QFileInfo(folder).lastModified();
+    FolderIndex& index = m_indexes[folder];
+    if (!index.built || index.changed != changed) {
+        index.names.clear();
+        QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System);
+        while (it.hasNext()) {
+            const QString name = QFileInfo(it.next()).fileName();
+            index.names.insert(name.toLower(), name);
+        }
+        index.changed = changed;
+        index.built = true;
+    }
+    const auto hit = index.names.constFind(info.fileName().toLower());
+    return hit == index.names.cend() ? QString() : folder + QLatin1Char('/') + *hit;
+}
+
 PhotoResult PhotoService::found(const QString& file) const
 {
-    const QString localFile = LocalPath(file); // ids may differ in case from the file names
-    if (!QFileInfo(localFile).isFile())
-        return {};
+    // The exact name first: that is how the store writes them.
+    QString localFile = file;
+    if (!QFileInfo(localFile).isFile()) {
+        localFile = caseInsensitive(file); // ids may differ in case from the file names
+        if (localFile.isEmpty() || !QFileInfo(localFile).isFile())
+            return {};
+    }
     return PhotoResult{DataFolder::HostPathOf(QFileInfo(localFile).absoluteFilePath()), 0};
 }
 

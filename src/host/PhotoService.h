@@ -3,6 +3,9 @@
 // photo store of the data folder. Paths come back in the host's form ("\" separators).
 #include "entry/Host.h"
 
+#include <QDateTime>
+#include <QHash>
+
 class HostDatabase;
 
 class PhotoService : public PhotoLibrary {
@@ -18,6 +21,14 @@ public:
 
 private:
     PhotoResult found(const QString& localFile) const;
+    QString caseInsensitive(const QString& localFile) const;
+
+    struct FolderIndex {
+        bool built = false;
+        QDateTime changed;
+        QHash<QString, QString> names; // lower case -> as on disk
+    };
+    mutable QHash<QString, FolderIndex> m_indexes;
 
     HostDatabase& m_db;
     QString m_store;

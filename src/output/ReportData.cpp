@@ -130,6 +130,8 @@ QImage ReportData::loadPicture(const QString& localPath)
         reader.setAutoTransform(true);
         img = reader.read();
     }
+    if (m_pictureCache.size() >= 32)
+        m_pictureCache.clear(); // a long run must not keep every record's photo
     m_pictureCache.insert(localPath, img);
     return img;
 }
@@ -256,40 +258,69 @@ QString ReportData::subReportText(const RdfItem& item, const Recordset* record) 
     }
 }
 
+ReportTotals::ReportTotals(const RdfReport& report)
+{
+    for (size_t i = 0; i < report.items.size(); ++i) {
+        const RdfItem& it = report.items[i];
+        if (it.kind != RdfKind::FunctionField || it.numberB < Sum || it.numberB > Count)
+            continue;
+        Total t;
+        t.item = i;
+        t.function = it.numberB;
+        m_totals.push_back(t);
+    }
+}
+
+void ReportTotals::Add(const RecordValues& r)
+{
+    for (Total& t : m_totals) {
+        const QString& v = t.item < r.raw.size() ? r.raw[t.item] : QString();
+        if (v.isEmpty())
+            continue;
+        ++t.filled;
+        bool ok = false;
+        const double d = v.toDouble(&ok);
+        if (!ok)
+            continue; // text cannot be added up
+        t.sum += d;
+        t.low = t.numbers ? std::min(t.low, d) : d;
+        t.high = t.numbers ? std::max(t.high, d) : d;
+        ++t.numbers;
+    }
+}
+
+void ReportTotals::Finish(const ReportData& data)
+{
+    for (Total& t : m_totals) {
+        if (t.function == Count)
+            t.text = QString::number(t.filled); // a count is a count, whatever the field's format
+        else if (t.numbers > 0) {
+            const double v = t.function == Sum ? t.sum : t.function == Average ? t.sum / t.numbers : t.function == Minimum ? t.low : t.high;
+            t.text = data.ShownText(t.item, QString::number(v, 'g', 15));
+        }
+    }
+}
+
+void ReportTotals::Apply(RecordValues& r) const
+{
+    for (const Total& t : m_totals)
+        if (t.item < r.texts.size())
+            r.texts[t.item] = t.text;
+}
+
+QString ReportData::ShownText(size_t item, const QString& value) const
+{
+    return shownText(m_report.items[item], value, false);
+}
+
 void ReportData::ApplyTotals(std::vector<RecordValues>& records) const
 {
-    enum { Sum = 1, Average, Minimum, Maximum, Count };
-    for (size_t i = 0; i < m_report.items.size(); ++i) {
-        const RdfItem& it = m_report.items[i];
-        const int fn = it.numberB;
-        if (it.kind != RdfKind::FunctionField || fn < Sum || fn > Count)
-            continue;
-        double sum = 0, low = 0, high = 0;
-        int numbers = 0, filled = 0;
-        for (const RecordValues& r : records) {
-            const QString& v = r.raw[i];
-            if (v.isEmpty())
-                continue;
-            ++filled;
-            bool ok = false;
-            const double d = v.toDouble(&ok);
-            if (!ok)
-                continue; // text cannot be added up
-            sum += d;
-            low = numbers ? std::min(low, d) : d;
-            high = numbers ? std::max(high, d) : d;
-            ++numbers;
-        }
-        QString text;
-        if (fn == Count)
-            text = QString::number(filled); // a count is a count, whatever the field's format
-        else if (numbers > 0) {
-            const double v = fn == Sum ? sum : fn == Average ? sum / numbers : fn == Minimum ? low : high;
-            text = shownText(it, QString::number(v, 'g', 15), false);
-        }
-        for (RecordValues& r : records)
-            r.texts[i] = text;
-    }
+    ReportTotals totals(m_report);
+    for (const RecordValues& r : records)
+        totals.Add(r);
+    totals.Finish(*this);
+    for (RecordValues& r : records)
+        totals.Apply(r);
 }
 
 void ReportData::Blank(RecordValues& values) const
@@ -308,24 +339,106 @@ void ReportData::Blank(RecordValues& values) const
     }
 }
 
+namespace {
+
+// The key as the database gives it back, to match rows with the keys asked for: numbers
+// without leading zeros, text keys without their quotes.
+QString keyText(const QString& key, bool quoted)
+{
+    if (!quoted) {
+        bool ok = false;
+        const qlonglong n = key.toLongLong(&ok);
+        return ok ? QString::number(n) : key;
+    }
+    QString inner = key.mid(1, key.size() - 2);
+    return inner.replace(QLatin1String("''"), QLatin1String("'"));
+}
+
+const QString kKeyColumn = QStringLiteral("PwRecordKey");
+
+} // namespace
+
+void ReportData::checkKey(const QString& key) const
+{
+    if (!m_dic)
+        throw HostError(HostErr::NoSuchField, QStringLiteral("The report needs data but no field dictionary is open"));
+    if (!clsRptControl::KeyIsSafe(m_dic->DatabaseKind(), key))
+        throw HostError(HostErr::SqlSyntax, QStringLiteral("The record key %1 is not a valid key for this report").arg(key));
+}
+
 bool ReportData::Fetch(const QString& key, RecordValues& values)
+{
+    std::unique_ptr<Recordset> rs;
+    if (!m_columns.isEmpty()) {
+        checkKey(key);
+        rs = gHost->Database().OpenRecordset(m_dic->DatabaseKind(), RecordQuery::SelectRecord(*m_dic, m_columns, key), 3, 1, 1);
+        if (rs->RecordCount() == 0)
+            return false;
+    }
+    decodeRow(key, rs.get(), values, true);
+    LoadPictures(values);
+    if (rs)
+        rs->Close();
+    return true;
+}
+
+void ReportData::FetchMany(const QStringList& keys, std::vector<std::optional<RecordValues>>& out, bool pictures)
+{
+    out.clear();
+    out.resize(size_t(keys.size()));
+    if (keys.isEmpty())
+        return;
+    if (m_columns.isEmpty()) {
+        for (size_t k = 0; k < out.size(); ++k)
+            decodeRow(keys[qsizetype(k)], nullptr, out[k].emplace(), pictures);
+        return;
+    }
+    for (const QString& key : keys)
+        checkKey(key);
+    const int kind = m_dic->DatabaseKind();
+    const bool quoted = kind != 1 && kind != 5;
+    // Each distinct key once in the statement; repeats print again from the same row.
+    QStringList distinct;
+    QHash<QString, std::vector<size_t>> wanted;
+    for (qsizetype k = 0; k < keys.size(); ++k) {
+        const QString t = keyText(keys[k], quoted);
+        auto& places = wanted[t];
+        if (places.empty())
+            distinct << keys[k];
+        places.push_back(size_t(k));
+    }
+    const QString columns = m_columns + QLatin1Char(',') + m_dic->TableName() + QLatin1Char('.') + m_dic->KeyField() +
+                            QStringLiteral(" AS ") + kKeyColumn;
+    std::unique_ptr<Recordset> rs = gHost->Database().OpenRecordset(kind, RecordQuery::SelectRecords(*m_dic, columns, distinct), 3, 1, 1);
+    for (; !rs->Eof(); rs->MoveNext()) {
+        const QString value = RecordQuery::ValueText(rs->Fields(kKeyColumn));
+        auto it = wanted.find(quoted ? value : keyText(value, false));
+        if (it == wanted.end() || it->empty())
+            continue;
+        const std::vector<size_t>& places = *it;
+        RecordValues& first = out[places[0]].emplace();
+        decodeRow(keys[qsizetype(places[0])], rs.get(), first, pictures);
+        for (size_t s = 1; s < places.size(); ++s)
+            out[places[s]] = first;
+        it->clear(); // a key matches one record
+    }
+    rs->Close();
+}
+
+void ReportData::LoadPictures(RecordValues& values)
+{
+    for (size_t i = 0; i < values.pictureFiles.size() && i < values.pictures.size(); ++i)
+        if (!values.pictureFiles[i].isEmpty())
+            values.pictures[i] = loadPicture(values.pictureFiles[i]);
+}
+
+void ReportData::decodeRow(const QString& key, const Recordset* rs, RecordValues& values, bool pictures)
 {
     const size_t n = m_report.items.size();
     values.texts.assign(n, QString());
     values.raw.assign(n, QString());
     values.pictures = m_fixedPictures;
-
-    std::unique_ptr<Recordset> rs;
-    if (!m_columns.isEmpty()) {
-        if (!m_dic)
-            throw HostError(HostErr::NoSuchField, QStringLiteral("The report needs data but no field dictionary is open"));
-        const int kind = m_dic->DatabaseKind();
-        if (!clsRptControl::KeyIsSafe(kind, key))
-            throw HostError(HostErr::SqlSyntax, QStringLiteral("The record key %1 is not a valid key for this report").arg(key));
-        rs = gHost->Database().OpenRecordset(kind, RecordQuery::SelectRecord(*m_dic, m_columns, key), 3, 1, 1);
-        if (rs->RecordCount() == 0)
-            return false;
-    }
+    values.pictureFiles.assign(n, QString());
     const QString now = RecordQuery::NowText();
     for (size_t i = 0; i < n; ++i) {
         const RdfItem& it = m_report.items[i];
@@ -341,8 +454,8 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
         } else if (it.kind == RdfKind::Label) {
             values.texts[i] = it.text;
         } else if (it.kind == RdfKind::SubReport) {
-            values.texts[i] = subReportText(it, rs.get());
-        } else if (it.kind == RdfKind::Image && it.dataBound) {
+            values.texts[i] = subReportText(it, rs);
+        } else if (it.kind == RdfKind::Image && it.dataBound && pictures) {
             if (!m_photoLookup) {
                 m_photoLookup = std::make_unique<clsRptControl>();
                 m_photoLookup->Init(m_dic, nullptr, nullptr);
@@ -352,10 +465,9 @@ bool ReportData::Fetch(const QString& key, RecordValues& values)
                 const QVariant v = rs->Fields(QStringLiteral("PhotoVersion"));
                 version = v.isNull() ? QString() : RecordQuery::ValueText(v);
             }
-            values.pictures[i] = loadPicture(m_photoLookup->GetBoundPhotoFile(key, it.numberA, version, it.numberB));
+            // Decoded later, one record at a time (LoadPictures): a chunk of records must not
+            // hold a chunk of decoded photos.
+            values.pictureFiles[i] = m_photoLookup->GetBoundPhotoFile(key, it.numberA, version, it.numberB);
         }
     }
-    if (rs)
-        rs->Close();
-    return true;
 }

@@ -2,19 +2,19 @@
 
 #include "entry/Host.h"
 #include "output/ReportData.h"
+#include "output/ReportOutput.h"
 #include "render/ItemPainter.h"
+#include "document/RdfPaper.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QPagedPaintDevice>
 #include <QPainter>
-#include <QPdfWriter>
+#include <QSet>
 #include <algorithm>
 
 namespace {
 
-constexpr double kPdfDpi = 1200;
+// Grow and shrink measure at the PDF's resolution, which is also fine enough for any printer.
+constexpr double kLayoutDpi = 1200;
 constexpr int kInvalidValue = 380; // the classic runtime's number for an argument out of range
 
 QRectF marginRect(const RdfHeader& h, QSizeF page)
@@ -34,7 +34,29 @@ void paintLooks(QPainter& p, const std::vector<ItemLook>& looks, QPointF origin,
     }
 }
 
+int lastRecordOn(const ReportLayout::Page& page)
+{
+    int last = page.firstRecord;
+    for (const ReportLayout::Placement& b : page.bands)
+        last = std::max(last, b.record);
+    return last;
+}
+
 } // namespace
+
+// A stretch of a fitted band that goes on one page: a band taller than the page body is cut
+// into pieces between items, so nothing falls below the printable area.
+struct ReportEngine::Piece {
+    std::vector<ItemLook> looks; // relative to the piece's top
+    double height = 0;
+    bool pageBreakAfter = false;
+};
+
+struct ReportEngine::Record {
+    QString key;
+    RecordValues values; // for the page header and footer
+    std::vector<Piece> pieces;
+};
 
 ReportEngine::ReportEngine() = default;
 ReportEngine::~ReportEngine() = default;
@@ -48,14 +70,33 @@ void ReportEngine::SetReport(const RdfReport& report)
 {
     m_report = report;
     m_sections = ReportLayout::SplitSections(m_report);
-    m_values.clear();
-    m_detail.clear();
+    m_records.clear();
     m_pages.clear();
+    m_pageCount = 0;
+}
+
+QPageLayout ReportEngine::PageLayout() const
+{
+    const std::optional<RdfPaper> stored = RdfReadPaper(m_report.header);
+    const QPageSize size = m_options.paper ? *m_options.paper : stored ? stored->PageSize() : QPageSize(QPageSize::Letter);
+    const bool landscape = m_options.landscape ? *m_options.landscape : stored && stored->landscape;
+    return QPageLayout(size, landscape ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(0, 0, 0, 0));
+}
+
+QSizeF ReportEngine::PagePoints() const
+{
+    return PageLayout().fullRectPoints().size();
 }
 
 bool ReportEngine::report(int done, int total) const
 {
     return !m_options.progress || m_options.progress(done, total);
+}
+
+void ReportEngine::warn(const QString& text)
+{
+    if (!m_warnings.contains(text))
+        m_warnings << text;
 }
 
 std::vector<ItemLook> ReportEngine::bandLooks(const ReportLayout::Band& band, const RecordValues& values, double px) const
@@ -70,52 +111,85 @@ std::vector<ItemLook> ReportEngine::bandLooks(const ReportLayout::Band& band, co
     return looks;
 }
 
-bool ReportEngine::Run(const QStringList& keys)
+ReportEngine::Record ReportEngine::layoutRecord(const QString& key, RecordValues&& values, double px)
 {
-    m_values.clear();
-    m_detail.clear();
+    Record rec;
+    rec.key = key;
+    const QRectF inner = marginRect(m_report.header, m_pageTwips);
+    const double room = inner.height() - m_sections.header.height - m_sections.footer.height;
+    for (const ReportLayout::Band& band : m_sections.detail) {
+        std::vector<ItemLook> looks = bandLooks(band, values, px);
+        const double height = ReportLayout::FitBand(band, m_report, looks, px);
+        // Cut where no item is split: an item crossing the page's foot moves to the next piece.
+        std::vector<double> cuts{0};
+        while (room > 0 && height - cuts.back() > room) {
+            const double start = cuts.back();
+            double cut = start + room;
+            for (const ItemLook& l : looks)
+                if (l.rect.top() > start && l.rect.top() < cut && l.rect.bottom() > cut)
+                    cut = l.rect.top();
+            cuts.push_back(cut);
+        }
+        cuts.push_back(std::max(height, cuts.back()));
+        for (size_t c = 0; c + 1 < cuts.size(); ++c) {
+            Piece piece;
+            piece.height = cuts[c + 1] - cuts[c];
+            for (size_t k = 0; k < looks.size(); ++k) {
+                const ItemLook& l = looks[k];
+                const bool last = c + 2 == cuts.size();
+                if (l.rect.top() < cuts[c] || (!last && l.rect.top() >= cuts[c + 1]))
+                    continue;
+                if (room > 0 && l.rect.height() > room + 0.5) {
+                    const RdfItem& it = m_report.items[size_t(band.items[k])];
+                    warn(QStringLiteral("Item %1%2 is taller than the printing area of the page (%3 of %4 twips) and is cut at the page's foot")
+                             .arg(band.items[k] + 1)
+                             .arg(it.name.isEmpty() ? QString() : QStringLiteral(" (") + it.name + QLatin1Char(')'))
+                             .arg(qRound(room))
+                             .arg(qRound(l.rect.height())));
+                }
+                piece.looks.push_back(l);
+                piece.looks.back().rect.translate(0, -cuts[c]);
+            }
+            // What is left below a cut item is no page of its own.
+            if (c > 0 && piece.looks.empty())
+                continue;
+            rec.pieces.push_back(std::move(piece));
+        }
+        rec.pieces.back().pageBreakAfter = band.pageBreakAfter;
+    }
+    rec.values = std::move(values);
+    return rec;
+}
+
+const ReportEngine::Record& ReportEngine::record(int index) const
+{
+    return m_records[size_t(index - m_firstRecord)];
+}
+
+void ReportEngine::releaseBefore(int index)
+{
+    while (m_firstRecord < index && !m_records.empty()) {
+        m_records.pop_front();
+        ++m_firstRecord;
+    }
+}
+
+bool ReportEngine::run(const QStringList& keys, const std::function<bool(const ReportLayout::Page&)>& pageDone, bool keep)
+{
+    m_records.clear();
+    m_firstRecord = 0;
     m_pages.clear();
+    m_pageCount = 0;
+    m_heldPeak = 0;
     m_missing.clear();
     m_printed.clear();
+    m_warnings.clear();
     if (gHost && !m_dictionary && !m_options.templateOnly)
         m_dictionary = gHost->NewFieldDictionary(m_options.databaseKind);
 
     ReportData data(m_report, m_dictionary.get());
-    // Layout is in twips; grow and shrink measure at the PDF's resolution, which is also fine
-    // enough for any printer.
-    const double px = PixelTwipsForDpi(kPdfDpi);
-    std::vector<std::vector<double>> heights;
-    const int total = int(keys.size());
-    for (int k = 0; k < total; ++k) {
-        if (!report(k, total))
-            return false;
-        RecordValues values;
-        if (m_options.templateOnly)
-            data.Blank(values);
-        else if (!data.Fetch(keys[k], values)) {
-            m_missing << keys[k];
-            continue;
-        }
-        m_values.push_back(std::move(values));
-        m_printed << keys[k];
-    }
-    // Totals need every record before any band is fitted.
-    data.ApplyTotals(m_values);
-    for (const RecordValues& values : m_values) {
-        std::vector<std::vector<ItemLook>> bands;
-        std::vector<double> h;
-        for (const ReportLayout::Band& band : m_sections.detail) {
-            std::vector<ItemLook> looks = bandLooks(band, values, px);
-            h.push_back(ReportLayout::FitBand(band, m_report, looks, px));
-            bands.push_back(std::move(looks));
-        }
-        m_detail.push_back(std::move(bands));
-        heights.push_back(std::move(h));
-    }
-    if (!report(total, total))
-        return false;
-
-    const QSizeF points = m_options.pageSize.size(QPageSize::Point);
+    const double px = PixelTwipsForDpi(kLayoutDpi);
+    const QSizeF points = PagePoints();
     m_pageTwips = QSizeF(points.width() * 20, points.height() * 20);
     const QRectF inner = marginRect(m_report.header, m_pageTwips);
     ReportLayout::Frame frame;
@@ -126,39 +200,145 @@ bool ReportEngine::Run(const QStringList& keys)
     frame.leftToRight = m_report.header.headerFlags & ReportLayout::FillLeftToRight;
     frame.newPagePerRecord = m_options.newPagePerRecord;
     frame.spacing = std::max<int>(0, m_report.header.sectionSpacingTwips);
-    std::vector<bool> breaks;
-    for (const ReportLayout::Band& b : m_sections.detail)
-        breaks.push_back(b.pageBreakAfter);
-    m_pages = ReportLayout::Paginate(heights, breaks, frame);
+
+    const int total = int(keys.size());
+    const int chunk = std::max(1, m_options.chunkSize);
+    auto fetch = [&](int start, std::vector<std::optional<RecordValues>>& out, bool pictures) {
+        const QStringList part = keys.mid(start, chunk);
+        if (m_options.templateOnly) {
+            out.clear();
+            out.resize(size_t(part.size()));
+            for (auto& v : out)
+                data.Blank(v.emplace());
+        } else {
+            data.FetchMany(part, out, pictures);
+        }
+    };
+
+    // Totals need every record before the first page: a pass over the values alone.
+    ReportTotals totals(m_report);
+    std::vector<std::optional<RecordValues>> values;
+    if (!totals.Empty() && !m_options.templateOnly) {
+        for (int start = 0; start < total; start += chunk) {
+            if (!report(start / 2, total))
+                return false;
+            fetch(start, values, false);
+            for (const auto& v : values)
+                if (v)
+                    totals.Add(*v);
+        }
+    }
+    totals.Finish(data);
+    const int base = totals.Empty() || m_options.templateOnly ? 0 : total / 2;
+    auto progressAt = [&](int done) { return base ? base + done / 2 : done; };
+
+    ReportLayout::Paginator pager(frame);
+    auto flush = [&](std::vector<ReportLayout::Page> pages) {
+        for (ReportLayout::Page& page : pages) {
+            ++m_pageCount;
+            if (keep) {
+                m_pages.push_back(std::move(page));
+                continue;
+            }
+            if (!pageDone(page))
+                return false;
+            // Later pages only show records from the last one on this page on.
+            releaseBefore(lastRecordOn(page));
+        }
+        // ... and none before the first record of the page still open.
+        if (!keep && pager.OpenFirstRecord() >= 0)
+            releaseBefore(pager.OpenFirstRecord());
+        return true;
+    };
+    int index = 0;
+    for (int start = 0; start < total; start += chunk) {
+        fetch(start, values, true);
+        for (size_t i = 0; i < values.size(); ++i) {
+            if (!report(progressAt(start + int(i)), total))
+                return false;
+            const QString& key = keys[start + qsizetype(i)];
+            if (!values[i]) {
+                m_missing << key;
+                continue;
+            }
+            totals.Apply(*values[i]);
+            data.LoadPictures(*values[i]);
+            m_records.push_back(layoutRecord(key, std::move(*values[i]), px));
+            m_heldPeak = std::max(m_heldPeak, int(m_records.size()));
+            values[i].reset();
+            m_printed << key;
+            std::vector<double> heights;
+            std::vector<bool> breaks;
+            for (const Piece& p : m_records.back().pieces) {
+                heights.push_back(p.height);
+                breaks.push_back(p.pageBreakAfter);
+            }
+            pager.Add(index++, heights, breaks);
+            if (!flush(pager.TakeFinished()))
+                return false;
+        }
+    }
+    if (!flush(pager.Finish()))
+        return false;
+    return report(total, total);
+}
+
+bool ReportEngine::Run(const QStringList& keys)
+{
+    return run(keys, {}, true);
+}
+
+bool ReportEngine::Print(const QStringList& keys, PageOutput& output)
+{
+    output.Begin(PageLayout());
+    int number = 0;
+    const bool done = run(keys, [&](const ReportLayout::Page& page) {
+        QPainter* p = output.BeginPage(number, page.firstRecord, record(page.firstRecord).key);
+        if (!p)
+            return false;
+        paintPage(*p, page, number, output.Dpi());
+        output.EndPage();
+        ++number;
+        return true;
+    }, false);
+    m_records.clear();
+    if (!done)
+        return false;
+    if (m_pageCount > 0)
+        output.Finish();
     return true;
 }
 
 void ReportEngine::PaintPage(QPainter& p, int page, double dpi) const
 {
-    if (page < 0 || page >= PageCount())
+    if (page < 0 || page >= int(m_pages.size()))
         return;
-    const ReportLayout::Page& pg = m_pages[size_t(page)];
+    paintPage(p, m_pages[size_t(page)], page, dpi);
+}
+
+void ReportEngine::paintPage(QPainter& p, const ReportLayout::Page& pg, int number, double dpi) const
+{
     const double px = PixelTwipsForDpi(dpi);
     p.save();
     p.scale(dpi / 1440.0, dpi / 1440.0);
     const QRectF inner = marginRect(m_report.header, m_pageTwips);
-    const RecordValues& first = m_values[size_t(pg.firstRecord)];
+    const RecordValues& first = record(pg.firstRecord).values;
 
     paintLooks(p, bandLooks(m_sections.header, first, px), inner.topLeft(), px);
     for (const ReportLayout::Placement& b : pg.bands)
-        paintLooks(p, m_detail[size_t(b.record)][size_t(b.band)], b.origin, px);
+        paintLooks(p, record(b.record).pieces[size_t(b.band)].looks, b.origin, px);
     paintLooks(p, bandLooks(m_sections.footer, first, px), QPointF(inner.left(), inner.bottom() - m_sections.footer.height), px);
 
     const int flags = m_report.header.headerFlags;
     if (flags & ReportLayout::PageNumbers) {
-        ItemLook number;
-        number.text = QStringLiteral("Page ") + QString::number(page + 1);
-        number.alignment = ItemCode::AlignCenter;
-        number.fontSize = 9;
+        ItemLook label;
+        label.text = QStringLiteral("Page ") + QString::number(number + 1);
+        label.alignment = ItemCode::AlignCenter;
+        label.fontSize = 9;
         const double h = 9 * 20 * 1.6;
         // In the bottom margin, just below the printing area.
-        number.rect = QRectF(inner.left(), std::min(inner.bottom() + 60, m_pageTwips.height() - h), inner.width(), h);
-        PaintItem(p, number, px);
+        label.rect = QRectF(inner.left(), std::min(inner.bottom() + 60, m_pageTwips.height() - h), inner.width(), h);
+        PaintItem(p, label, px);
     }
     if (flags & ReportLayout::PageBorder) {
         ItemLook border;
@@ -183,8 +363,9 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies, const PageSele
         throw HostError(kInvalidValue, QStringLiteral("Nothing to print in pages %1: the report has %2 page(s)")
                                            .arg(selection.ranges.toString())
                                            .arg(PageCount()));
-    device.setPageSize(m_options.pageSize);
-    device.setPageOrientation(QPageLayout::Portrait);
+    const QPageLayout layout = PageLayout();
+    device.setPageSize(layout.pageSize());
+    device.setPageOrientation(layout.orientation());
     device.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
     QPainter p;
     if (!p.begin(&device))
@@ -211,21 +392,19 @@ bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies, const PageSele
 
 bool ReportEngine::WritePdf(const QString& path)
 {
-    const QFileInfo info(path);
-    if (!info.absoluteDir().exists())
-        throw HostError(HostErr::PathNotFound, QStringLiteral("Path not found: ") + path);
-    bool ok = false;
-    {
-        QPdfWriter pdf(path);
-        pdf.setResolution(int(kPdfDpi));
-        pdf.setCreator(QStringLiteral("Pagewright"));
-        ok = PrintTo(pdf);
+    PdfFileOutput out(path);
+    out.Begin(PageLayout());
+    const int pages = PageCount();
+    for (int i = 0; i < pages; ++i) {
+        if (!report(i, pages))
+            return false; // the output's temporary file goes with it
+        const ReportLayout::Page& page = m_pages[size_t(i)];
+        QPainter* p = out.BeginPage(i, page.firstRecord, record(page.firstRecord).key);
+        paintPage(*p, page, i, out.Dpi());
+        out.EndPage();
     }
-    if (!ok) {
-        QFile::remove(path); // a cancelled run leaves no half-written file
+    if (!report(pages, pages))
         return false;
-    }
-    if (!QFileInfo::exists(path) || QFileInfo(path).size() == 0)
-        throw HostError(HostErr::FileAccess, QStringLiteral("Cannot write ") + path);
-    return ok;
+    out.Finish();
+    return true;
 }

@@ -9,11 +9,14 @@
 #include "document/RdfFile.h"
 #include "output/ReportLayout.h"
 
+#include <QPageLayout>
 #include <QPageRanges>
 #include <QPageSize>
 #include <QStringList>
 #include <functional>
+#include <deque>
 #include <memory>
+#include <optional>
 
 class FieldDictionary;
 class QPagedPaintDevice;
@@ -21,6 +24,7 @@ class QPainter;
 class QPrinter;
 class QWidget;
 class ReportData;
+class PageOutput;
 struct RecordValues;
 
 // Called now and then with the work done so far; returning false cancels.
@@ -29,11 +33,15 @@ using ReportProgress = std::function<bool(int done, int total)>;
 struct ReportOptions {
     int databaseKind = 1;         // dictionary kind: 1 listings, 2 tax rolls, 3 offices, 4 agents, 5 rentals
     bool newPagePerRecord = true; // the document's NewPage; the file does not keep it
-    QPageSize pageSize = QPageSize(QPageSize::Letter);
+    // The paper: the report's own (Letter portrait when it keeps none) unless these override it.
+    std::optional<QPageSize> paper;
+    std::optional<bool> landscape;
     ReportProgress progress;
     // The layout without data: each key (ignored) gives one blank record - labels, boxes, lines,
     // fixed pictures and the date/time print; fields and bound pictures stay empty.
     bool templateOnly = false;
+    // Records fetched with one statement; a long run holds about this many at a time.
+    int chunkSize = 500;
 };
 
 // Which pages ReportEngine::PrintTo prints: the 1-based pages in ranges (empty: every page);
@@ -58,37 +66,79 @@ public:
     void SetReport(const RdfReport& report);
     const RdfReport& Report() const { return m_report; }
 
-    // Fetches every key's record through gHost and lays the pages out for the options' page
-    // size. Keys whose record does not exist are left out and listed in MissingKeys(). Returns
-    // false when the progress callback cancelled. Throws HostError for a failed query.
+    // The paper the pages are laid out on, in points, as oriented.
+    QSizeF PagePoints() const;
+    QPageLayout PageLayout() const;
+
+    // Fetches every key's record through gHost and lays all the pages out, keeping them for
+    // PaintPage/PrintTo (the preview pages back and forth). Keys whose record does not exist are
+    // left out and listed in MissingKeys(). Returns false when the progress callback cancelled.
+    // Throws HostError for a failed query.
     bool Run(const QStringList& keys);
+    // The same pages, printed as they are laid out: records are fetched a chunk at a time, each
+    // page is painted on output as soon as it is complete, and a record's values and pictures
+    // are let go once its last page is out, so memory does not grow with the number of keys.
+    // Function-field totals take a first pass over the values (no pictures). False when
+    // cancelled (output is then not finished). Throws HostError (failed query or output).
+    bool Print(const QStringList& keys, PageOutput& output);
+
     QStringList MissingKeys() const { return m_missing; }
     QStringList PrintedKeys() const { return m_printed; }
-    int PageCount() const { return int(m_pages.size()); }
+    int PageCount() const { return m_pageCount; }
+    // The most records Print held at once (laid out, waiting for their page to be painted).
+    int HeldRecordsPeak() const { return m_heldPeak; }
+    // What could not be printed as designed (an item taller than a page is cut), one line each.
+    QStringList Warnings() const { return m_warnings; }
 
-    // Paints page (0-based) with a painter whose unit is the device pixel at dpi.
+    // Paints a page kept by Run (0-based) with a painter whose unit is the device pixel at dpi.
     void PaintPage(QPainter& painter, int page, double dpi) const;
     // Paints the selected pages onto the device (one device page each), copies times over for a
     // device that cannot make copies itself. False when cancelled; throws HostError when the
     // selection names no page of the report.
     bool PrintTo(QPagedPaintDevice& device, int copies = 1, const PageSelection& selection = PageSelection());
-    // Writes a PDF. False when cancelled; throws HostError when the file cannot be written.
+    // Writes the pages kept by Run to a PDF. False when cancelled; throws HostError when the
+    // file cannot be written (DiskFull 61 when the disk is full); no partial file is left.
     bool WritePdf(const QString& path);
 
 private:
-    struct RecordLayout;
+    struct Piece;
+    struct Record;
+    bool run(const QStringList& keys, const std::function<bool(const ReportLayout::Page&)>& pageDone, bool keep);
+    Record layoutRecord(const QString& key, RecordValues&& values, double px);
     std::vector<ItemLook> bandLooks(const ReportLayout::Band& band, const RecordValues& values, double px) const;
+    const Record& record(int index) const;
+    void paintPage(QPainter& painter, const ReportLayout::Page& page, int number, double dpi) const;
+    void releaseBefore(int index);
     bool report(int done, int total) const;
+    void warn(const QString& text);
 
     ReportOptions m_options;
     RdfReport m_report;
     ReportLayout::Sections m_sections;
-    std::vector<RecordValues> m_values;            // per printed record
-    std::vector<std::vector<std::vector<ItemLook>>> m_detail; // record, band, fitted looks
-    std::vector<ReportLayout::Page> m_pages;
-    QStringList m_missing, m_printed;
+    std::deque<Record> m_records; // records still to be painted; the first is m_firstRecord
+    int m_firstRecord = 0;
+    std::vector<ReportLayout::Page> m_pages; // kept by Run
+    int m_pageCount = 0;
+    int m_heldPeak = 0;
+    QStringList m_missing, m_printed, m_warnings;
     QSizeF m_pageTwips;
     std::unique_ptr<FieldDictionary> m_dictionary;
+};
+
+// Where Print puts pages: one painter per page, in device pixels at Dpi(), origin at the
+// paper's top left corner.
+class PageOutput {
+public:
+    virtual ~PageOutput() = default;
+    // Before the first page: the paper the pages are laid out on.
+    virtual void Begin(const QPageLayout& layout) = 0;
+    // A painter for page (0-based), whose first record is the record-th printed (0-based) with
+    // key; nullptr stops the run. Throws HostError when a file cannot be written.
+    virtual QPainter* BeginPage(int page, int record, const QString& key) = 0;
+    virtual void EndPage() = 0;
+    // After the last page: every file in place, or HostError and nothing left behind.
+    virtual void Finish() = 0;
+    virtual double Dpi() const = 0;
 };
 
 // The design window's print and preview path. Loads the report, fetches the record of key

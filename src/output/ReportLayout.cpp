@@ -174,87 +174,110 @@ double FitBand(const Band& band, const RdfReport& report, std::vector<ItemLook>&
     return std::max(0.0, height);
 }
 
+Paginator::Paginator(const Frame& frame)
+    : m_frame(frame)
+    , m_columns(std::max(1, frame.columns))
+    , m_colWidth(frame.body.width() / m_columns)
+    , m_y(frame.body.top())
+{
+}
+
+void Paginator::newPage(int record)
+{
+    m_pages.push_back(Page{{}, record});
+    m_col = 0;
+    m_y = m_frame.body.top();
+    m_rowHeight = 0;
+    m_columnUsed = false;
+    m_pending = false;
+}
+
+void Paginator::place(int r, int b, double yAt)
+{
+    if (m_pending || m_pages.empty())
+        newPage(r);
+    m_pages.back().bands.push_back({r, b, QPointF(m_frame.body.left() + m_col * m_colWidth, yAt)});
+}
+
+void Paginator::Add(int r, const std::vector<double>& bands, const std::vector<bool>& breaks)
+{
+    const double top = m_frame.body.top();
+    const double bottom = m_frame.body.bottom();
+    if (m_records > 0 && m_frame.newPagePerRecord)
+        m_pending = true;
+    const bool first = m_records++ == 0;
+    if (m_frame.leftToRight && m_columns > 1) {
+        // Records go across a row of columns, then the next row starts below the tallest.
+        double total = 0;
+        for (double h : bands)
+            total += h;
+        if (!first && !m_pending) {
+            if (++m_col >= m_columns) {
+                m_col = 0;
+                m_y += m_rowHeight + m_frame.spacing;
+                m_rowHeight = 0;
+            }
+        }
+        if (!m_pending && !m_pages.empty() && m_y + total > bottom && m_y > top)
+            m_pending = true;
+        if (m_pending)
+            newPage(r);
+        double at = m_y;
+        for (int b = 0; b < int(bands.size()); ++b) {
+            place(r, b, at);
+            at += bands[size_t(b)];
+            if (b + 1 < int(bands.size()) && b < int(breaks.size()) && breaks[size_t(b)]) {
+                newPage(r);
+                at = m_y;
+            }
+        }
+        m_rowHeight = std::max(m_rowHeight, at - m_y);
+        return;
+    }
+    if (m_columnUsed && !m_pending)
+        m_y += m_frame.spacing;
+    for (int b = 0; b < int(bands.size()); ++b) {
+        const double h = bands[size_t(b)];
+        if (!m_pending && m_columnUsed && m_y + h > bottom) {
+            if (++m_col >= m_columns) {
+                m_pending = true;
+            } else {
+                m_y = top;
+                m_columnUsed = false;
+            }
+        }
+        if (m_pending)
+            newPage(r);
+        place(r, b, m_y);
+        m_y += h;
+        m_columnUsed = true;
+        if (b < int(breaks.size()) && breaks[size_t(b)])
+            m_pending = true;
+    }
+}
+
+std::vector<Page> Paginator::TakeFinished()
+{
+    // The last page stays open for the next record unless a new page is already due.
+    const size_t done = m_pending ? m_pages.size() : m_pages.empty() ? 0 : m_pages.size() - 1;
+    std::vector<Page> out(std::make_move_iterator(m_pages.begin()), std::make_move_iterator(m_pages.begin() + qsizetype(done)));
+    m_pages.erase(m_pages.begin(), m_pages.begin() + qsizetype(done));
+    return out;
+}
+
+std::vector<Page> Paginator::Finish()
+{
+    std::vector<Page> out = std::move(m_pages);
+    m_pages.clear();
+    return out;
+}
+
 std::vector<Page> Paginate(const std::vector<std::vector<double>>& heights, const std::vector<bool>& breaks, const Frame& f)
 {
-    std::vector<Page> pages;
-    const int columns = std::max(1, f.columns);
-    const double colWidth = f.body.width() / columns;
-    const double top = f.body.top();
-    const double bottom = f.body.bottom();
-    int col = 0;
-    double y = top;
-    double rowHeight = 0;
-    bool columnUsed = false;
-    bool pending = true; // a new page is due before the next band
-
-    auto newPage = [&](int record) {
-        pages.push_back(Page{{}, record});
-        col = 0;
-        y = top;
-        rowHeight = 0;
-        columnUsed = false;
-        pending = false;
-    };
-    auto place = [&](int r, int b, double yAt) {
-        if (pending || pages.empty())
-            newPage(r);
-        pages.back().bands.push_back({r, b, QPointF(f.body.left() + col * colWidth, yAt)});
-    };
-
-    for (int r = 0; r < int(heights.size()); ++r) {
-        const std::vector<double>& bands = heights[size_t(r)];
-        if (r > 0 && f.newPagePerRecord)
-            pending = true;
-        if (f.leftToRight && columns > 1) {
-            // Records go across a row of columns, then the next row starts below the tallest.
-            double total = 0;
-            for (double h : bands)
-                total += h;
-            if (r > 0 && !pending) {
-                if (++col >= columns) {
-                    col = 0;
-                    y += rowHeight + f.spacing;
-                    rowHeight = 0;
-                }
-            }
-            if (!pending && !pages.empty() && y + total > bottom && y > top)
-                pending = true;
-            if (pending)
-                newPage(r);
-            double at = y;
-            for (int b = 0; b < int(bands.size()); ++b) {
-                place(r, b, at);
-                at += bands[size_t(b)];
-                if (b + 1 < int(bands.size()) && b < int(breaks.size()) && breaks[size_t(b)]) {
-                    newPage(r);
-                    at = y;
-                }
-            }
-            rowHeight = std::max(rowHeight, at - y);
-            continue;
-        }
-        if (columnUsed && !pending)
-            y += f.spacing;
-        for (int b = 0; b < int(bands.size()); ++b) {
-            const double h = bands[size_t(b)];
-            if (!pending && columnUsed && y + h > bottom) {
-                if (++col >= columns) {
-                    pending = true;
-                } else {
-                    y = top;
-                    columnUsed = false;
-                }
-            }
-            if (pending)
-                newPage(r);
-            place(r, b, y);
-            y += h;
-            columnUsed = true;
-            if (b < int(breaks.size()) && breaks[size_t(b)])
-                pending = true;
-        }
-    }
-    return pages;
+    Paginator pager(f);
+    for (int r = 0; r < int(heights.size()); ++r)
+        pager.Add(r, heights[size_t(r)], breaks);
+    return pager.Finish();
 }
 
 } // namespace ReportLayout

@@ -63,6 +63,37 @@ struct Page {
     int firstRecord = 0;  // whose data the page header and footer show
 };
 
+// Flows records into pages one record at a time, so that a long run can print each page as
+// soon as nothing more can land on it.
+class Paginator {
+public:
+    explicit Paginator(const Frame& frame);
+    // Places record r's bands (fitted heights in order); breaks[b]: band b ends with a page break.
+    void Add(int record, const std::vector<double>& heights, const std::vector<bool>& breaks);
+    // The pages no later record can add to, in order; they are handed over once.
+    std::vector<Page> TakeFinished();
+    // The first record of the page still open: no later page shows an earlier record. -1 when
+    // no page is open.
+    int OpenFirstRecord() const { return m_pages.empty() ? -1 : m_pages.back().firstRecord; }
+    // Every page still held, after the last record.
+    std::vector<Page> Finish();
+
+private:
+    void newPage(int record);
+    void place(int record, int band, double y);
+
+    Frame m_frame;
+    int m_columns;
+    double m_colWidth;
+    std::vector<Page> m_pages;
+    int m_records = 0;
+    int m_col = 0;
+    double m_y = 0;
+    double m_rowHeight = 0;
+    bool m_columnUsed = false;
+    bool m_pending = true; // a new page is due before the next band
+};
+
 // heights[r][b]: the fitted height of band b of record r; breaks[b]: band b ends with a page
 // break. Never returns an empty page; a band taller than the body starts a fresh column and
 // runs past it rather than being lost.

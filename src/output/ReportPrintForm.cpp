@@ -52,7 +52,7 @@ QRectF ReportPreviewPane::PageRect() const
 {
     if (!m_loaded)
         return {};
-    const QSizeF page = m_engine.Options().pageSize.size(QPageSize::Point);
+    const QSizeF page = m_engine.PagePoints();
     const QRectF room = QRectF(rect()).adjusted(kPaneMargin, kPaneMargin, -kPaneMargin, -kPaneMargin);
     if (page.isEmpty() || room.width() <= 0 || room.height() <= 0)
         return {};
@@ -80,7 +80,7 @@ void ReportPreviewPane::paintEvent(QPaintEvent*)
     p.setClipRect(page);
     p.translate(page.topLeft());
     // PaintPage works in pixels at dpi: the pane's dpi is its page width per paper inch.
-    const double dpi = page.width() / (m_engine.Options().pageSize.size(QPageSize::Point).width() / 72.0);
+    const double dpi = page.width() / (m_engine.PagePoints().width() / 72.0);
     m_engine.PaintPage(p, 0, dpi);
 }
 

@@ -4,6 +4,7 @@
 #include "entry/Prompts.h"
 #include "output/PrintJob.h"
 #include "output/PrinterSetupDialog.h"
+#include "output/ReportRunMany.h"
 
 #include <QAction>
 #include <QApplication>
@@ -90,6 +91,9 @@ bool RunReport(QWidget* parent, const QString& reportFile, const QString& key, b
         MsgBox(key + QStringLiteral(" Not Found"), Mb::OKOnly | Mb::Exclamation, QStringLiteral("Print"));
         return false;
     }
+    // Whatever could not be printed as designed is said before the pages are shown.
+    if (!engine.Warnings().isEmpty())
+        MsgBox(engine.Warnings().join(QLatin1Char('\n')), Mb::OKOnly | Mb::Exclamation, QStringLiteral("Print"));
     // The progress window belongs to fetching; painting the preview must not report to it
     // (closing it counts as cancelling, and its event loop would re-enter the preview).
     ro.progress = {};
@@ -132,6 +136,8 @@ void InstallReportRunner()
             PrintJob::DesignSettings() = PrintJob::Read(printer);
     });
     SetReportRunner([](QWidget* parent, const ReportRunRequest& r) {
+        if (r.many)
+            return PrintReportMany(parent, r);
         RunReportOptions options;
         options.report.databaseKind = r.databaseKind;
         options.report.newPagePerRecord = r.newPagePerRecord;

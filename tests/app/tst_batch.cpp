@@ -164,6 +164,10 @@ private slots:
         r = RunPagewright({"resave", report, dir.filePath("static.rdf"), "--static", "--data", data});
         QCOMPARE(r.code, 0);
         QCOMPARE(RdfLoadFile(dir.filePath("static.rdf")).items[0].kind, RdfKind::Label);
+        // --sql-log is accepted by dump as by every subcommand.
+        r = RunPagewright({"dump", report, dump, "--sql-log", dir.filePath("dump-sql.log")});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(readAll(dump), text);
         r = RunPagewright({"dump", dir.filePath("missing.rdf"), dump});
         QCOMPARE(r.code, 1);
         QVERIFY(r.err.contains("Report Designer File error: Error: 53"));

@@ -130,7 +130,7 @@ private slots:
         // Orders users see and a table edit easily breaks; below, every band's widgets must match the band table.
         const QList<std::pair<const char*, QStringList>> fixed = {
             {"mnuMain", {"mnuFile", "mnuEdit", "mnuView", "mnuInsert", "mnuFormat", "mnuHelp"}},
-            {"mnuFile", {"new", "Open", "printpreview", "PrintFromFileMenu", "miPageSetup", "miPrintSetup", "miSave", "miSaveAs",
+            {"mnuFile", {"new", "Open", "printpreview", "PrintFromFileMenu", "miPrintMany", "miPageSetup", "miPrintSetup", "miSave", "miSaveAs",
                          "miSelectProperty", "miClearDataSource", "exit"}},
             {"barToolbox", {"tbSelectObjects", "tbInsertLabel", "tbInsertPicture", "tbBoundPicture",
                             "tbInsertRectangle", "tbInsertLine"}}};

@@ -246,6 +246,21 @@ private slots:
         QCOMPARE(photos.GetPhotoFile(*m_host, QStringLiteral("../Roster/Agent_A1001"), 1, QStringLiteral("GetRosterPhoto")).status, 1);
     }
 
+    // A photo whose file name differs in case is still found (through an index of the folder,
+    // not a listing of it per photo), and under the name it has on disk.
+    void aPhotoSpeltOtherwiseIsFound()
+    {
+        PhotoLibrary& photos = m_host->PhotoService();
+        const QString store = LocalPath(m_host->AppPath() + QStringLiteral("Photos\\"));
+        QVERIFY(QFile::rename(store + "240002_1.jpg", store + "240002_1.JPG"));
+        const PhotoResult r = photos.GetPhotoFile(*m_host, QStringLiteral("240002"), 1, QString(), 0);
+        QVERIFY(QFile::rename(store + "240002_1.JPG", store + "240002_1.jpg"));
+        QCOMPARE(r.status, 0);
+        QCOMPARE(r.path, m_host->AppPath() + QStringLiteral("Photos\\240002_1.JPG"));
+        QCOMPARE(photos.GetPhotoFile(*m_host, QStringLiteral("240002"), 1, QString(), 0).path,
+                 m_host->AppPath() + QStringLiteral("Photos\\240002_1.jpg"));
+    }
+
     void sqlLog()
     {
         QTemporaryDir tmp;

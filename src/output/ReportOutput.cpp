@@ -1,0 +1,292 @@
+#include "output/ReportOutput.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QStorageInfo>
+#include <QSvgGenerator>
+#include <cerrno>
+
+namespace {
+
+QString native(const QString& path) { return QDir::toNativeSeparators(path); }
+
+} // namespace
+
+HostError OutputFileError(const QFileDevice& file, const QString& path, bool diskFull)
+{
+    // Qt reports ENOSPC as a resource error, but forgets it again on commit; a folder left with
+    // no room says the same.
+    const QStorageInfo volume(QFileInfo(path).absolutePath());
+    if (diskFull || file.error() == QFileDevice::ResourceError || file.errorString().contains(QLatin1String("No space left")) ||
+        (volume.isValid() && volume.bytesAvailable() < 64 * 1024))
+        return HostError(HostErr::DiskFull, QStringLiteral("Disk full: ") + native(path));
+    return HostError(HostErr::FileAccess, QStringLiteral("Path/File access error: ") + native(path));
+}
+
+void RequireFolder(const QString& folder)
+{
+    if (!QFileInfo(folder).isDir())
+        throw HostError(HostErr::PathNotFound, QStringLiteral("Path not found: ") + native(folder));
+}
+
+// Passes writes on to the temporary file, noticing the first failure: a writer that keeps
+// writing into a failed device must not make a short file look whole.
+class OutputFile::Sink : public QIODevice {
+public:
+    Sink(QSaveFile& file, qint64 failAfter) : m_file(file), m_failAfter(failAfter) { open(QIODevice::WriteOnly); }
+    bool failed = false;
+    bool diskFull = false;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 len) override
+    {
+        if (failed)
+            return -1;
+        if (m_failAfter >= 0 && m_written + len > m_failAfter) {
+            failed = diskFull = true;
+            return -1;
+        }
+        if (m_file.write(data, len) != len) {
+            failed = true;
+            diskFull = m_file.error() == QFileDevice::ResourceError || errno == ENOSPC;
+            return -1;
+        }
+        m_written += len;
+        return len;
+    }
+
+private:
+    QSaveFile& m_file;
+    qint64 m_failAfter;
+    qint64 m_written = 0;
+};
+
+OutputFile::OutputFile(const QString& path, const OutputHooks& hooks)
+    : m_path(path)
+{
+    const QFileInfo info(path);
+    RequireFolder(info.absolutePath());
+    if (info.isDir())
+        throw HostError(HostErr::FileAccess, QStringLiteral("Path/File access error: ") + native(path));
+    m_file = std::make_unique<QSaveFile>(path);
+    if (!m_file->open(QIODevice::WriteOnly))
+        throw OutputFileError(*m_file, path);
+    m_sink = std::make_unique<Sink>(*m_file, hooks.failAfterBytes);
+}
+
+OutputFile::~OutputFile()
+{
+    m_sink.reset();
+    if (m_file && m_file->isOpen())
+        m_file->cancelWriting(); // destroying it uncommitted removes the temporary
+}
+
+QIODevice& OutputFile::Device() { return *m_sink; }
+
+void OutputFile::Fail()
+{
+    const HostError e = OutputFileError(*m_file, m_path, m_sink->diskFull);
+    m_file->cancelWriting();
+    throw e;
+}
+
+bool OutputFile::Failed() const { return m_sink->failed; }
+
+void OutputFile::Commit()
+{
+    if (!m_sink->failed) {
+        // The buffer's last bytes; a failure shows in error(), which commit() would reset.
+        m_file->flush();
+        if (m_file->error() != QFileDevice::NoError) {
+            m_sink->failed = true;
+            m_sink->diskFull = m_file->error() == QFileDevice::ResourceError || errno == ENOSPC;
+        }
+    }
+    if (m_sink->failed)
+        Fail();
+    if (!m_file->commit())
+        throw OutputFileError(*m_file, m_path, errno == ENOSPC);
+}
+
+// ---- one PDF -------------------------------------------------------------------------------
+
+PdfFileOutput::PdfFileOutput(QString path, const OutputHooks& hooks) : m_path(std::move(path)), m_hooks(hooks) {}
+
+PdfFileOutput::~PdfFileOutput()
+{
+    if (m_painter.isActive())
+        m_painter.end();
+    m_writer.reset();
+    m_file.reset();
+}
+
+void PdfFileOutput::Begin(const QPageLayout& layout)
+{
+    m_file = std::make_unique<OutputFile>(m_path, m_hooks);
+    m_writer = std::make_unique<QPdfWriter>(&m_file->Device());
+    m_writer->setResolution(1200);
+    m_writer->setCreator(QStringLiteral("Pagewright"));
+    m_writer->setPageLayout(layout);
+    m_started = false;
+}
+
+QPainter* PdfFileOutput::BeginPage(int, int, const QString&)
+{
+    if (!m_started) {
+        if (!m_painter.begin(m_writer.get()))
+            m_file->Fail();
+        m_started = true;
+    } else {
+        m_writer->newPage();
+    }
+    // A long run stops at the first failed write rather than painting on into nothing.
+    if (m_file->Failed())
+        m_file->Fail();
+    return &m_painter;
+}
+
+void PdfFileOutput::EndPage() {}
+
+double PdfFileOutput::Dpi() const { return 1200; }
+
+void PdfFileOutput::Finish()
+{
+    if (m_painter.isActive())
+        m_painter.end();
+    m_writer.reset(); // writes the trailer
+    m_file->Commit();
+    m_file.reset();
+}
+
+// ---- a PDF per record ----------------------------------------------------------------------
+
+PdfEachOutput::PdfEachOutput(QString folder, const OutputHooks& hooks) : m_folder(std::move(folder)), m_hooks(hooks) {}
+PdfEachOutput::~PdfEachOutput() = default;
+
+QString PdfEachOutput::FileNameFor(const QString& key)
+{
+    QString name;
+    for (const QChar c : key) {
+        const bool plain = c.unicode() < 128 && (c.isLetterOrNumber() || c == QLatin1Char('-') || c == QLatin1Char('_') || c == QLatin1Char('.'));
+        name += plain ? c : QLatin1Char('_');
+    }
+    // A text key is given in quotes ("'OF01'"); they are no part of its name.
+    if (key.size() >= 2 && key.startsWith(QLatin1Char('\'')) && key.endsWith(QLatin1Char('\'')))
+        name = name.mid(1, name.size() - 2);
+    if (name.isEmpty() || name.startsWith(QLatin1Char('.')))
+        name.prepend(QLatin1String("record"));
+    return name;
+}
+
+void PdfEachOutput::Begin(const QPageLayout& layout)
+{
+    RequireFolder(m_folder);
+    m_layout = layout;
+}
+
+QPainter* PdfEachOutput::BeginPage(int, int record, const QString& key)
+{
+    if (record != m_record || !m_current) {
+        if (m_current) {
+            m_current->Finish();
+            ++m_files;
+        }
+        const QString base = FileNameFor(key);
+        QString name = base;
+        for (int n = 2; m_used.contains(name); ++n)
+            name = base + QLatin1Char('-') + QString::number(n);
+        m_used.insert(name);
+        m_current = std::make_unique<PdfFileOutput>(QDir(m_folder).filePath(name + QStringLiteral(".pdf")), m_hooks);
+        m_current->Begin(m_layout);
+        m_record = record;
+    }
+    return m_current->BeginPage(m_page++, record, key);
+}
+
+void PdfEachOutput::EndPage() { m_current->EndPage(); }
+
+void PdfEachOutput::Finish()
+{
+    if (m_current) {
+        m_current->Finish();
+        ++m_files;
+        m_current.reset();
+    }
+}
+
+double PdfEachOutput::Dpi() const { return 1200; }
+
+// ---- pictures of pages ---------------------------------------------------------------------
+
+PageImageOutput::PageImageOutput(QString folder, Format format, double dpi, const OutputHooks& hooks)
+    : m_folder(std::move(folder)), m_format(format), m_dpi(format == Svg ? 1440 : dpi), m_hooks(hooks)
+{
+}
+
+PageImageOutput::~PageImageOutput()
+{
+    if (m_painter.isActive())
+        m_painter.end();
+}
+
+QString PageImageOutput::FileNameFor(int page, Format format)
+{
+    return QStringLiteral("page-") + QString::number(page + 1).rightJustified(6, QLatin1Char('0')) +
+           (format == Png ? QStringLiteral(".png") : QStringLiteral(".svg"));
+}
+
+void PageImageOutput::Begin(const QPageLayout& layout)
+{
+    RequireFolder(m_folder);
+    m_points = layout.fullRectPoints().size();
+}
+
+QPainter* PageImageOutput::BeginPage(int page, int, const QString&)
+{
+    m_page = page;
+    const QSize pixels(qRound(m_points.width() * m_dpi / 72.0), qRound(m_points.height() * m_dpi / 72.0));
+    if (m_format == Png) {
+        if (pixels.width() <= 0 || pixels.height() <= 0 || qint64(pixels.width()) * pixels.height() > 400'000'000)
+            throw HostError(5, QStringLiteral("The page is too large at %1 dpi").arg(m_dpi));
+        m_image = QImage(pixels, QImage::Format_RGB32);
+        m_image.setDotsPerMeterX(qRound(m_dpi / 0.0254));
+        m_image.setDotsPerMeterY(qRound(m_dpi / 0.0254));
+        m_image.fill(Qt::white);
+        m_painter.begin(&m_image);
+        m_painter.setRenderHint(QPainter::Antialiasing);
+        m_painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    } else {
+        m_file = std::make_unique<OutputFile>(QDir(m_folder).filePath(FileNameFor(page, m_format)), m_hooks);
+        auto svg = std::make_unique<QSvgGenerator>();
+        svg->setOutputDevice(&m_file->Device());
+        // Twips as the SVG's user unit; the page keeps its size in points.
+        svg->setResolution(int(m_dpi));
+        svg->setSize(pixels);
+        svg->setViewBox(QRect(QPoint(0, 0), pixels));
+        svg->setTitle(QStringLiteral("Page %1").arg(page + 1));
+        m_svg = std::move(svg);
+        m_painter.begin(m_svg.get());
+    }
+    return &m_painter;
+}
+
+void PageImageOutput::EndPage()
+{
+    m_painter.end();
+    if (m_format == Png) {
+        OutputFile file(QDir(m_folder).filePath(FileNameFor(m_page, m_format)), m_hooks);
+        QImageWriter writer(&file.Device(), "png");
+        if (!writer.write(m_image))
+            file.Fail();
+        file.Commit();
+        m_image = QImage();
+    } else {
+        m_svg.reset();
+        m_file->Commit();
+        m_file.reset();
+    }
+}
