@@ -2,6 +2,7 @@
 
 #include "entry/Host.h"
 #include "output/ReportData.h"
+#include "pdf/PdfWriter.h"
 #include "render/ItemPainter.h"
 
 #include <QDir>
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QPagedPaintDevice>
 #include <QPainter>
-#include <QPdfWriter>
 #include <algorithm>
 
 namespace {
@@ -203,11 +203,20 @@ bool ReportEngine::WritePdf(const QString& path)
     if (!info.absoluteDir().exists())
         throw HostError(HostErr::PathNotFound, QStringLiteral("Path not found: ") + path);
     bool ok = false;
+    bool failed = false;
     {
-        QPdfWriter pdf(path);
-        pdf.setResolution(int(kPdfDpi));
-        pdf.setCreator(QStringLiteral("Pagewright"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            throw HostError(HostErr::FileAccess, QStringLiteral("Cannot write ") + path);
+        PdfWriter pdf(&file);
+        pdf.SetResolution(int(kPdfDpi));
+        pdf.SetCreator(QStringLiteral("Pagewright"));
         ok = PrintTo(pdf);
+        failed = pdf.Failed() || !file.flush();
+    }
+    if (failed) {
+        QFile::remove(path);
+        throw HostError(HostErr::DiskFull, QStringLiteral("Disk full: ") + path);
     }
     if (!ok) {
         QFile::remove(path); // a cancelled run leaves no half-written file

@@ -1,0 +1,53 @@
+#include "support_report.h"
+
+#include "output/ReportEngine.h"
+#include "render/Picture.h"
+
+#include <QCryptographicHash>
+#include <QtTest>
+
+class TestReportPictures : public QObject {
+    Q_OBJECT
+
+private slots:
+    void listingPhotosPassThroughOncePerFile()
+    {
+        QTemporaryDir tmp;
+        const QString report = tmp.filePath("photos.rdf");
+        ReportFixture f;
+        f.page.SetHeaderFooter(940);
+        f.page.MovePageFooterBar(3220);
+        f.add(ObjType::Field, "ListNum", 1, 1000, 0);
+        QObject* photo = f.add(ObjType::Image, "Unbound", 0, 1400, 0);
+        clsRptControl::SetProp(photo, "DataBound", true);
+        clsRptControl::SetProp(photo, "PhotoSeq", 1);
+        clsRptControl::SetProp(photo, "Height", 1500.f);
+        QVERIFY(f.doc.SaveReport(report, false));
+        const QStringList keys = f.liveKeys(report, 3);
+        QCOMPARE(keys.size(), 3);
+
+        PictureStore::Global().Clear();
+        ReportEngine engine;
+        engine.Load(report);
+        QVERIFY(engine.Run(keys + keys)); // each listing printed twice
+        QCOMPARE(engine.PageCount(), 6);
+        const QString pdf = tmp.filePath("photos.pdf");
+        QVERIFY(engine.WritePdf(pdf));
+        QFile out(pdf);
+        QVERIFY(out.open(QIODevice::ReadOnly));
+        const QByteArray bytes = out.readAll();
+
+        QSet<QByteArray> distinct;
+        for (const QString& key : keys) {
+            QFile jpg(DemoFolder() + QStringLiteral("/Photos/%1_1.jpg").arg(key));
+            QVERIFY2(jpg.open(QIODevice::ReadOnly), qPrintable(jpg.fileName()));
+            const QByteArray original = jpg.readAll();
+            QCOMPARE(bytes.count(original), 1); // the file's own bytes, once for both pages
+            distinct.insert(QCryptographicHash::hash(original, QCryptographicHash::Sha1));
+        }
+        QCOMPARE(bytes.count("/DCTDecode"), distinct.size());
+    }
+};
+
+QTEST_MAIN(TestReportPictures)
+#include "tst_reportpictures.moc"
