@@ -254,15 +254,20 @@ PictureRef PictureStore::make(QByteArray bytes, QByteArray hash)
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     QSize size = reader.size();
-    if (!size.isValid() || size.isEmpty())
+    std::optional<JpegStream> jpeg = ParseJpegStream(bytes);
+    if (!size.isValid() || size.isEmpty()) {
+        // The decoder gave up before the frame; a frame too large still says so.
+        if (jpeg && qint64(jpeg->width) * jpeg->height > MaxPixels)
+            throw HostError(481, TooLarge(QSize(jpeg->width, jpeg->height)));
         throw HostError(481, QStringLiteral("Invalid picture"));
+    }
     if (reader.transformation() & QImageIOHandler::TransformationRotate90)
         size.transpose();
     if (qint64(size.width()) * size.height() > MaxPixels)
         throw HostError(481, TooLarge(size));
     std::shared_ptr<Picture> p(new Picture);
     p->m_size = size;
-    p->m_jpeg = ParseJpegStream(bytes);
+    p->m_jpeg = std::move(jpeg);
     if (p->m_jpeg && (p->m_jpeg->width != size.width() || p->m_jpeg->height != size.height()))
         p->m_jpeg.reset(); // the frame and the reader disagree: decode it instead
     p->m_bytes = std::move(bytes);

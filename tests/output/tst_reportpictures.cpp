@@ -23,7 +23,11 @@ private slots:
         clsRptControl::SetProp(photo, "PhotoSeq", 1);
         clsRptControl::SetProp(photo, "Height", 1500.f);
         QVERIFY(f.doc.SaveReport(report, false));
-        const QStringList keys = f.liveKeys(report, 3);
+        // Listings with a first photo (some have none).
+        QStringList keys;
+        for (const QString& key : f.liveKeys(report, 12))
+            if (keys.size() < 3 && QFileInfo::exists(DemoFolder() + QStringLiteral("/Photos/%1_1.jpg").arg(key)))
+                keys << key;
         QCOMPARE(keys.size(), 3);
 
         PictureStore::Global().Clear();

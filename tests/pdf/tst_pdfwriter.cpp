@@ -83,7 +83,7 @@ std::vector<ItemLook> Flyer(const PictureRef& photo, const PictureRef& logo, con
     if (photo)
         looks.push_back(Pic(photo, QRectF(2000, 2400, 8000, 5600)));
     looks.push_back(Text(QStringLiteral("Just Listed in ") + city, QRectF(2500, 900, 8800, 600), 24, true, ItemCode::AlignCenter));
-    looks.push_back(Text(QStringLiteral("4 bedrooms, 2½ baths – café nearby"), QRectF(900, 9200, 10000, 400)));
+    looks.push_back(Text(QStringLiteral("4 bedrooms, 2½ baths – café nearby → pool"), QRectF(900, 9200, 10000, 400)));
     looks.push_back(Text(QStringLiteral("A long description that wraps onto a second line because it does not fit in the "
                                         "width the designer gave it, like a listing's remarks do."),
                          QRectF(900, 9700, 6000, 1200), 10));
@@ -214,10 +214,10 @@ private slots:
 
     void textIsWrittenAsTyped()
     {
-        const QByteArray pdf = WritePages({Flyer(nullptr, nullptr, QStringLiteral("Springfield → Shelbyville"))}, false);
+        const QByteArray pdf = WritePages({Flyer(nullptr, nullptr, QStringLiteral("Springfield"))}, false);
         // Plain letters (no "fi" ligature), Windows-1252 bytes, what the font lacks as "?".
-        QVERIFY(pdf.contains("(Just Listed in Springfield ? Shelbyville) Tj"));
-        QVERIFY(pdf.contains("(4 bedrooms, 2\xBD baths \x96 caf\xE9 nearby) Tj"));
+        QVERIFY(pdf.contains("(Just Listed in Springfield) Tj"));
+        QVERIFY(pdf.contains("(4 bedrooms, 2\xBD baths \x96 caf\xE9 nearby ? pool) Tj"));
         QVERIFY(pdf.contains("($ 325,000) Tj"));
         if (!Have("pdftotext"))
             QSKIP("pdftotext is not installed");
@@ -225,7 +225,7 @@ private slots:
         Save(dir.filePath("t.pdf"), pdf);
         const QString text = Run(QStringLiteral("pdftotext"), {dir.filePath("t.pdf"), QStringLiteral("-")});
         QVERIFY2(text.contains(QStringLiteral("Just Listed in Springfield")), qPrintable(text));
-        QVERIFY2(text.contains(QStringLiteral("2½ baths – café nearby")), qPrintable(text));
+        QVERIFY2(text.contains(QStringLiteral("2½ baths – café nearby ? pool")), qPrintable(text));
         QVERIFY2(text.contains(QStringLiteral("like a listing's remarks do.")), qPrintable(text));
         QVERIFY2(!text.contains(QStringLiteral("Error")), qPrintable(text));
     }

@@ -63,6 +63,8 @@ QByteArray PngHeader(quint32 w, quint32 h)
     png += ihdr;
     qToBigEndian(Crc32(ihdr), be);
     png.append(be, 4);
+    // An empty data chunk: readers stop at its header to report the size.
+    png.append("\0\0\0\0IDAT\x35\xaf\x06\x1e", 12);
     return png;
 }
 
@@ -244,10 +246,10 @@ private slots:
         QVERIFY(!ParseJpegStream(JpegMarkers({}, 0xC0, 8, 10, 10, 2)));   // two components
         QVERIFY(!ParseJpegStream(JpegMarkers({}, 0xC0, 8, 10, 0, 3)));    // height from a DNL
         // A turned photo would show unturned: it is decoded instead.
-        const QByteArray exif6("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0", 26);
+        const QByteArray exif6("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0", 28);
         QVERIFY(!ParseJpegStream(JpegMarkers(Segment(0xE1, exif6), 0xC0, 8, 10, 10, 3)));
         QByteArray exif1 = exif6;
-        exif1[23] = 1;
+        exif1[25] = 1;
         QVERIFY(ParseJpegStream(JpegMarkers(Segment(0xE1, exif1), 0xC0, 8, 10, 10, 3)));
         // Lengths that run past the end, and no frame at all.
         QVERIFY(!ParseJpegStream(QByteArray("\xFF\xD8\xFF\xE0\x7F\xFF", 6)));
