@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <limits>
 
 namespace {
 
@@ -307,6 +308,33 @@ private slots:
         QVERIFY(bytes.size() - before < 70000);
         QCOMPARE(pdf.PageCount(), 200);
         QVERIFY(!pdf.Failed());
+    }
+
+    void oddDrawingStillMakesAValidFile()
+    {
+        QByteArray bytes;
+        QBuffer out(&bytes);
+        out.open(QIODevice::WriteOnly);
+        PdfWriter pdf(&out);
+        pdf.SetCompressPages(false);
+        QPainter p(&pdf);
+        const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+        p.fillRect(QRectF(nan, 0, 100, 100), Qt::red);
+        p.drawLine(QPointF(0, 0), QPointF(inf, -inf));
+        p.drawImage(QRectF(0, 0, 100, 100), QImage());
+        p.drawText(QPointF(10, 10), QString());
+        p.drawText(QPointF(10, 10), QStringLiteral("(parens) and \\ backslash"));
+        p.setClipRect(QRectF(0, 0, 0, 0));
+        p.drawRect(QRectF(5, 5, 10, 10));
+        p.end();
+        QVERIFY(!bytes.contains("nan") && !bytes.contains("inf"));
+        QVERIFY(bytes.contains("(\\(parens\\) and \\\\ backslash) Tj"));
+        if (!Have("pdftotext"))
+            QSKIP("pdftotext is not installed");
+        QTemporaryDir dir;
+        Save(dir.filePath("odd.pdf"), bytes);
+        const QString text = Run(QStringLiteral("pdftotext"), {dir.filePath("odd.pdf"), QStringLiteral("-")});
+        QVERIFY2(text.contains(QStringLiteral("(parens) and \\ backslash")) && !text.contains(QStringLiteral("Error")), qPrintable(text));
     }
 
     void aFullDiskIsReported()
