@@ -214,12 +214,16 @@ bool ReportEngine::WritePdf(const QString& path)
         ok = PrintTo(pdf);
         failed = pdf.Failed() || !file.flush();
     }
+    // Only a file of our own goes again: the target may be a pipe or a device.
+    const bool regular = QFileInfo(path).isFile();
     if (failed) {
-        QFile::remove(path);
+        if (regular)
+            QFile::remove(path);
         throw HostError(HostErr::DiskFull, QStringLiteral("Disk full: ") + path);
     }
     if (!ok) {
-        QFile::remove(path); // a cancelled run leaves no half-written file
+        if (regular)
+            QFile::remove(path); // a cancelled run leaves no half-written file
         return false;
     }
     if (!QFileInfo::exists(path) || QFileInfo(path).size() == 0)

@@ -5,6 +5,10 @@
 
 #include <QCryptographicHash>
 #include <QtTest>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 class TestReportPictures : public QObject {
     Q_OBJECT
@@ -50,6 +54,45 @@ private slots:
             distinct.insert(QCryptographicHash::hash(original, QCryptographicHash::Sha1));
         }
         QCOMPARE(bytes.count("/DCTDecode"), distinct.size());
+    }
+
+    void aFailedWriteLeavesAPipeInPlace()
+    {
+        QTemporaryDir tmp;
+        const QString report = tmp.filePath("label.rdf");
+        ReportFixture f;
+        f.add(ObjType::Label, "", 0, 100, 0, "Springfield");
+        QVERIFY(f.doc.SaveReport(report, false));
+        const QString fifo = tmp.filePath("out.pdf");
+        QCOMPARE(::mkfifo(fifo.toLocal8Bit().constData(), 0600), 0);
+        ::signal(SIGPIPE, SIG_IGN);
+        int reader = ::open(fifo.toLocal8Bit().constData(), O_RDONLY | O_NONBLOCK);
+        QVERIFY(reader >= 0);
+        ReportEngine engine;
+        ReportOptions o;
+        o.templateOnly = true;
+        bool writing = false;
+        // The reader goes away once the pages are being painted: the writes fail.
+        o.progress = [&](int, int) {
+            if (writing && reader >= 0) {
+                ::close(reader);
+                reader = -1;
+            }
+            return true;
+        };
+        engine.SetOptions(o);
+        engine.Load(report);
+        QVERIFY(engine.Run({QStringLiteral("1")}));
+        writing = true;
+        QString error;
+        try {
+            engine.WritePdf(fifo);
+        } catch (const HostError& e) {
+            error = e.Text();
+        }
+        QCOMPARE(error, QStringLiteral("Error: 61 - Disk full: ") + fifo);
+        const QFileInfo after(fifo);
+        QVERIFY(after.exists() && !after.isFile()); // still the pipe
     }
 };
 
