@@ -31,6 +31,7 @@ QList<Job> MakeItems(int count)
 {
     QImage photo(64, 48, QImage::Format_RGB32);
     photo.fill(QColor(90, 140, 200));
+    const PictureRef picture = Picture::FromImage(photo);
     const QStringList formats = {QStringLiteral("$#,##0"), QStringLiteral("mm/dd/yyyy"), QStringLiteral("#,##0.00"),
                                  QStringLiteral("General Number")};
     const QStringList values = {QStringLiteral("1250000"), QStringLiteral("2024-03-01"), QStringLiteral("2345.678"),
@@ -70,7 +71,7 @@ QList<Job> MakeItems(int count)
             l.borderWidth = (i / 8) % 3;
         } else {
             l.kind = ItemKind::Picture;
-            l.picture = photo;
+            l.picture = picture;
             l.sizeMode = (i / 8) % 3;
             l.pictureAlignment = (i / 8) % 5;
             l.backStyle = ItemCode::BackOpaque;

@@ -10,29 +10,16 @@
 #include <QPainter>
 #include <QFileInfo>
 #include <QImageReader>
+#include "render/Picture.h"
 
 namespace {
 
 QString gGraphicsFolder;
 
 // Reads a picture file the way the classic loader fails: missing file, a folder, or bytes
-// that are no picture.
-QImage LoadPictureFile(const QString& hostPath)
-{
-    const QString local = LocalPath(hostPath);
-    const QFileInfo info(local);
-    if (!info.exists())
-        throw HostError(HostErr::FileNotFound, QStringLiteral("File not found"));
-    // A folder, FIFO or device is no picture, and reading one could wait for ever.
-    if (!IsRegularFile(local))
-        throw HostError(HostErr::FileAccess, QStringLiteral("Path/File access error"));
-    QImageReader reader(local);
-    reader.setAutoTransform(true);
-    QImage img = reader.read();
-    if (img.isNull())
-        throw HostError(481, QStringLiteral("Invalid picture"));
-    return img;
-}
+// that are no picture; and, beyond it, a picture too large to decode. Items showing one file
+// share one picture.
+PictureRef LoadPictureFile(const QString& hostPath) { return PictureStore::Global().Load(LocalPath(hostPath)); }
 
 } // namespace
 
@@ -56,7 +43,7 @@ QString RptImage::ItemLookCaption() const { return ItemLayout::PlaceholderCaptio
 void RptImage::Layout()
 {
     const QSizeF size = boundingRect().size();
-    if (m_picture.isNull())
+    if (!m_picture)
         m_imageRect = QRectF(QPointF(0, 0), size); // an empty image covers the item
     else
         m_imageRect = ItemLayout::PictureRect(size, ItemLayout::PictureNaturalSize(m_picture), m_sizeMode,
@@ -66,7 +53,7 @@ void RptImage::Layout()
 
 void RptImage::Placed()
 {
-    if (m_picture.isNull())
+    if (!m_picture)
         return;
     // An unknown size mode keeps the size in force; only the position follows the alignment.
     m_imageRect = ItemLayout::PictureRect(boundingRect().size(), ItemLayout::PictureNaturalSize(m_picture), -1,
@@ -83,9 +70,14 @@ void RptImage::SetAlignment(int code)
 
 void RptImage::SetPicture(const QImage& picture)
 {
+    SetPictureHandle(picture.isNull() ? PictureRef() : Picture::FromImage(picture));
+}
+
+void RptImage::SetPictureHandle(const PictureRef& picture)
+{
     m_picture = picture;
     Layout();
-    if (picture.isNull()) {
+    if (!picture) {
         if (m_dataBound) {
             m_holderVisible = true;
             m_imageVisible = false;
@@ -102,7 +94,7 @@ void RptImage::SetFileName(const QString& path)
 {
     m_fileName = ItemLayout::ExpandGraphicsToken(path, GraphicsFolder());
     if (m_fileName.isEmpty()) {
-        m_picture = QImage();
+        m_picture.reset();
     } else {
         try {
             m_picture = LoadPictureFile(m_fileName);
@@ -144,7 +136,7 @@ void RptImage::SetCategory(int v)
 void RptImage::SetDataBound(bool v)
 {
     m_dataBound = v;
-    if (!m_picture.isNull()) {
+    if (m_picture) {
         m_holderVisible = false;
     } else {
         m_holderRect = QRectF(QPointF(1, 1), boundingRect().size());

@@ -28,8 +28,12 @@ public:
 
     int Alignment() const { return m_alignment; }
     void SetAlignment(int code);
-    QImage Picture() const { return m_picture; }
-    void SetPicture(const QImage& picture); // a null image is "nothing"
+    // The picture as pixels (decoded on demand); a null image is "nothing".
+    QImage Picture() const { return m_picture ? m_picture->Image() : QImage(); }
+    void SetPicture(const QImage& picture);
+    // The shared picture itself, as the store hands it out.
+    PictureRef PictureHandle() const { return m_picture; }
+    void SetPictureHandle(const PictureRef& picture);
     // The stored path; a leading "~Graphics~" has been expanded.
     QString FileName() const { return m_fileName; }
     void SetFileName(const QString& path);
@@ -83,7 +87,7 @@ private:
     void Placed(); // the alignment only
 
     int m_alignment = ItemCode::PicTopLeft;
-    QImage m_picture;
+    PictureRef m_picture;
     QString m_fileName;
     int m_sizeMode = ItemCode::SizeZoom;
     int m_photoSeq = 1;

@@ -59,6 +59,19 @@ QString graphicsFolder() { return gHost ? gHost->AppPath() + QStringLiteral("Gra
 
 } // namespace
 
+namespace {
+
+PictureRef embeddedPicture(const QByteArray& bytes)
+{
+    try {
+        return PictureStore::Global().FromBytes(bytes);
+    } catch (const HostError&) {
+        return {};
+    }
+}
+
+} // namespace
+
 ReportData::ReportData(const RdfReport& report, FieldDictionary* dictionary)
     : m_report(report)
     , m_dic(dictionary)
@@ -72,7 +85,7 @@ ReportData::ReportData(const RdfReport& report, FieldDictionary* dictionary)
         bool isPos = false;
         const int pos = it.formatOrFile.toInt(&isPos);
         if ((it.flags & RdfFlag::Embedded) && isPos && pos >= 0 && pos < int(report.pictures.size()))
-            m_fixedPictures[i] = QImage::fromData(report.pictures[size_t(pos)]);
+            m_fixedPictures[i] = embeddedPicture(report.pictures[size_t(pos)]);
         else if (!it.formatOrFile.isEmpty())
             m_fixedPictures[i] = loadPicture(LocalPath(ItemLayout::ExpandGraphicsToken(it.formatOrFile, graphicsFolder())));
     }
@@ -117,23 +130,10 @@ QString ReportData::composeColumns() const
     return entries.join(QLatin1Char(','));
 }
 
-QImage ReportData::loadPicture(const QString& localPath)
+// A picture that cannot be read prints as no picture, as a missing photo does.
+PictureRef ReportData::loadPicture(const QString& localPath)
 {
-    if (localPath.isEmpty())
-        return {};
-    auto it = m_pictureCache.constFind(localPath);
-    if (it != m_pictureCache.cend())
-        return *it;
-    QImage img;
-    if (QFileInfo(localPath).isFile()) {
-        QImageReader reader(localPath);
-        reader.setAutoTransform(true);
-        img = reader.read();
-    }
-    if (m_pictureCache.size() >= 32)
-        m_pictureCache.clear(); // a long run must not keep every record's photo
-    m_pictureCache.insert(localPath, img);
-    return img;
+    return localPath.isEmpty() ? PictureRef() : PictureStore::Global().TryLoad(localPath);
 }
 
 QString ReportData::shownText(const RdfItem& item, const QString& value, bool formatCleared) const

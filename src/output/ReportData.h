@@ -5,7 +5,8 @@
 #include "document/RdfFile.h"
 
 #include <QHash>
-#include <QImage>
+#include "render/Picture.h"
+
 #include <QStringList>
 #include <functional>
 #include <memory>
@@ -20,7 +21,7 @@ class clsRptControl;
 // What the items show for one record, by stored position.
 struct RecordValues {
     std::vector<QString> texts;
-    std::vector<QImage> pictures;
+    std::vector<PictureRef> pictures; // shared with the picture store; null: none
     std::vector<QString> pictureFiles; // bound photos found but not yet loaded (LoadPictures)
     std::vector<QString> raw; // the unformatted value of each field (for totals)
 };
@@ -88,7 +89,7 @@ private:
     QString composeColumns() const;
     void checkKey(const QString& key) const;
     void decodeRow(const QString& key, const Recordset* rs, RecordValues& values, bool pictures);
-    QImage loadPicture(const QString& localPath);
+    static PictureRef loadPicture(const QString& localPath);
     // The rows of a sub-report for the current record: one line each, columns apart.
     QString subReportText(const RdfItem& item, const Recordset* record) const;
     QString shownText(const RdfItem& item, const QString& value, bool formatCleared) const;
@@ -96,7 +97,6 @@ private:
     const RdfReport& m_report;
     FieldDictionary* m_dic;
     QString m_columns;
-    std::vector<QImage> m_fixedPictures; // unbound pictures, the same on every record
-    QHash<QString, QImage> m_pictureCache;
+    std::vector<PictureRef> m_fixedPictures; // unbound pictures, the same on every record
     std::unique_ptr<clsRptControl> m_photoLookup; // the data view's own bound-photo search
 };

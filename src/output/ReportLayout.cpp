@@ -81,7 +81,7 @@ Sections SplitSections(const RdfReport& report)
     return s;
 }
 
-ItemLook LookOf(const RdfItem& r, QPointF origin, const QString& text, const QImage& picture, double px)
+ItemLook LookOf(const RdfItem& r, QPointF origin, const QString& text, const PictureRef& picture, double px)
 {
     ItemLook l;
     l.rect = QRectF(origin.x() + finite(r.left), origin.y() + finite(r.top), std::max(0.0, finite(r.width)),
@@ -117,7 +117,7 @@ ItemLook LookOf(const RdfItem& r, QPointF origin, const QString& text, const QIm
         l.backStyle = ItemCode::BackOpaque;
         l.specialEffect = r.specialEffect;
         // Without a picture the frame goes round the whole item, as on the design page.
-        if (picture.isNull())
+        if (!picture)
             l.pictureRect = QRectF(QPointF(0, 0), l.rect.size());
     }
     return l;

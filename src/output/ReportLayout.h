@@ -36,7 +36,7 @@ Sections SplitSections(const RdfReport& report);
 
 // The look of one stored item placed at `origin` (the top left of its band), showing `text`
 // (text kinds) or `picture` (images). px is one device pixel in twips.
-ItemLook LookOf(const RdfItem& item, QPointF origin, const QString& text, const QImage& picture, double px);
+ItemLook LookOf(const RdfItem& item, QPointF origin, const QString& text, const PictureRef& picture, double px);
 
 // Resizes text items marked AllowGrow (taller only) or AllowShrink (shorter only) to the
 // height their text needs, moves the items below each one by the change, and returns the

@@ -1,9 +1,10 @@
 #include "output/ReportOutput.h"
 
+#include "pdf/PdfWriter.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QPdfWriter>
 #include <QSaveFile>
 #include <QStorageInfo>
 #include <QSvgGenerator>
@@ -127,9 +128,9 @@ PdfFileOutput::~PdfFileOutput()
 void PdfFileOutput::Begin(const QPageLayout& layout)
 {
     m_file = std::make_unique<OutputFile>(m_path, m_hooks);
-    m_writer = std::make_unique<QPdfWriter>(&m_file->Device());
-    m_writer->setResolution(1200);
-    m_writer->setCreator(QStringLiteral("Pagewright"));
+    m_writer = std::make_unique<PdfWriter>(&m_file->Device());
+    m_writer->SetResolution(1200);
+    m_writer->SetCreator(QStringLiteral("Pagewright"));
     m_writer->setPageLayout(layout);
     m_started = false;
 }
@@ -156,8 +157,11 @@ double PdfFileOutput::Dpi() const { return 1200; }
 void PdfFileOutput::Finish()
 {
     if (m_painter.isActive())
-        m_painter.end();
-    m_writer.reset(); // writes the trailer
+        m_painter.end(); // writes the trailer
+    const bool failed = m_writer->Failed();
+    m_writer.reset();
+    if (failed)
+        m_file->Fail();
     m_file->Commit();
     m_file.reset();
 }

@@ -11,7 +11,7 @@
 #include <memory>
 
 class QFileDevice;
-class QPdfWriter;
+class PdfWriter;
 class QSaveFile;
 
 // Test seam: the files behave as on a disk that fills up after this many bytes of one file.
@@ -55,7 +55,7 @@ private:
     QString m_path;
     OutputHooks m_hooks;
     std::unique_ptr<OutputFile> m_file;
-    std::unique_ptr<QPdfWriter> m_writer;
+    std::unique_ptr<PdfWriter> m_writer;
     QPainter m_painter;
     bool m_started = false;
 };

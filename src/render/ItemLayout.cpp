@@ -199,6 +199,14 @@ QSizeF PictureNaturalSize(const QImage& picture)
     return {picture.width() * kPictureTwipsPerPixel, picture.height() * kPictureTwipsPerPixel};
 }
 
+QSizeF PictureNaturalSize(const PictureRef& picture)
+{
+    if (!picture)
+        return {};
+    const QSize s = picture->PixelSize();
+    return {s.width() * kPictureTwipsPerPixel, s.height() * kPictureTwipsPerPixel};
+}
+
 QRectF PictureRect(QSizeF item, QSizeF picture, int sizeMode, int alignment, const QRectF& previous)
 {
     const double W = item.width(), H = item.height();

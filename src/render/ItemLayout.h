@@ -78,6 +78,7 @@ QString ExpandGraphicsToken(const QString& fileName, const QString& graphicsFold
 // Caption of a bound picture without a photo: two blanks, "Picture ", the photo number.
 QString PlaceholderCaption(int photoSeq);
 QSizeF PictureNaturalSize(const QImage& picture);
+QSizeF PictureNaturalSize(const PictureRef& picture);
 // Where the picture goes inside an item of that size. An unknown size mode keeps the size
 // of `previous`, an unknown alignment its position.
 QRectF PictureRect(QSizeF item, QSizeF picture, int sizeMode, int alignment, const QRectF& previous = {});

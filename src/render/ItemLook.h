@@ -3,7 +3,8 @@
 // preview and the PDF all fill one of these and hand it to PaintItem, so they draw alike.
 // Units: twips for positions and sizes, points for font sizes and border widths,
 // colours as 32-bit 0x00BBGGRR.
-#include <QImage>
+#include "render/Picture.h"
+
 #include <QRectF>
 #include <QString>
 
@@ -51,7 +52,7 @@ struct ItemLook {
     int specialEffect = ItemCode::EffectFlat;
 
     // Picture.
-    QImage picture;
+    PictureRef picture;          // null: no picture
     int sizeMode = ItemCode::SizeZoom;
     int pictureAlignment = ItemCode::PicTopLeft;
     QRectF pictureRect;          // relative to rect; when empty it is computed from sizeMode/alignment

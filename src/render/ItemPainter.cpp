@@ -2,9 +2,11 @@
 
 #include "entry/Prompts.h"
 #include "render/ItemLayout.h"
+#include "render/PictureSink.h"
 
 #include <QPainter>
 #include <QPen>
+#include <cmath>
 
 using namespace ItemLayout;
 
@@ -106,6 +108,12 @@ void PixelFrame(QPainter& p, const QRectF& r, double px, const QColor& color, Qt
 
 } // namespace
 
+PictureSink* PictureSinkOf(QPainter& painter)
+{
+    QPaintEngine* engine = painter.paintEngine();
+    return engine && engine->type() == PictureSink::EngineType ? dynamic_cast<PictureSink*>(engine) : nullptr;
+}
+
 double PixelTwipsForDpi(double dpi) { return 1440.0 / dpi; }
 
 void PaintTextItem(QPainter& p, const ItemLook& look, double px)
@@ -206,11 +214,19 @@ void PaintPictureItem(QPainter& p, const ItemLook& look, double px)
             PixelFrame(p, holder, px, frameColor);
     }
     if (look.pictureVisible) {
-        if (!look.picture.isNull() && !pic.isEmpty()) {
+        if (look.picture && !pic.isEmpty()) {
             p.save();
             p.setClipRect(whole, Qt::IntersectClip);
-            p.setRenderHint(QPainter::SmoothPixmapTransform);
-            p.drawImage(pic, look.picture);
+            if (PictureSink* sink = PictureSinkOf(p)) {
+                sink->DrawPicture(p, pic, look.picture);
+            } else {
+                // A screen draws a copy of the size it shows, not the whole picture each time.
+                const QRectF device = p.deviceTransform().mapRect(pic);
+                const QImage img = look.picture->ImageFor(QSize(int(std::ceil(device.width())), int(std::ceil(device.height()))));
+                p.setRenderHint(QPainter::SmoothPixmapTransform);
+                if (!img.isNull())
+                    p.drawImage(pic, img);
+            }
             p.restore();
         }
         if (framed)

@@ -133,7 +133,7 @@ class TestItemPaint : public QObject {
             for (int style = 0; style <= 6; ++style)
                 looks << Shape(ItemKind::Line, QRectF(150 + style * 300, 5550, 45, 1500), style, style % 2 ? 1 : 2);
         } else {
-            const QImage picture = TestPicture();
+            const PictureRef picture = Picture::FromImage(TestPicture());
             for (int mode = 0; mode < 3; ++mode)
                 for (int align = 0; align < 5; ++align) {
                     ItemLook l;
@@ -353,7 +353,7 @@ private slots:
         ItemLook pic;
         pic.kind = ItemKind::Picture;
         pic.rect = QRectF(0, 0, 1500, 3000); // tall item, wide picture: full width, 750 high
-        pic.picture = TestPicture();
+        pic.picture = Picture::FromImage(TestPicture());
         pic.backStyle = ItemCode::BackOpaque;
         pic.backColor = 0x0000FF00; // green
         pic.pictureAlignment = ItemCode::PicBottomLeft;
