@@ -141,6 +141,6 @@ struct RdfSaveHooks {
 // FileAccess, DiskFull, or the RdfWrite errors before anything touches the disk).
 void RdfSaveFile(const QString& path, const RdfReport& report, const RdfSaveHooks& hooks = {});
 
-// Reads and parses a file: FileNotFound (53), PathNotFound (76), FileAccess (75) or the
-// RdfRead errors.
+// Reads and parses a file: FileNotFound (53), PathNotFound (76), FileAccess (75), the
+// RdfRead errors, or BadFileFormat for a header whose sections are garbled (RdfCheckSections).
 RdfReport RdfLoadFile(const QString& path);

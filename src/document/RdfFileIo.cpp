@@ -1,5 +1,6 @@
 // Report files on disk: whole-file load, and saving that never damages the previous file.
 #include "document/RdfFile.h"
+#include "document/RdfSections.h"
 
 #include "sqltext/clsTempFile.h"
 
@@ -120,5 +121,7 @@ RdfReport RdfLoadFile(const QString& path)
     const QByteArray bytes = in.readAll();
     if (in.error() != QFileDevice::NoError)
         throw RdfError(HostErr::FileAccess, QStringLiteral("Path/File access error: %1").arg(QDir::toNativeSeparators(path)));
-    return RdfRead(bytes);
+    RdfReport report = RdfRead(bytes);
+    RdfCheckSections(report);
+    return report;
 }

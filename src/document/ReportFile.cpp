@@ -2,6 +2,7 @@
 #include "document/clsRptControl.h"
 #include "document/RdfFile.h"
 #include "document/RdfSections.h"
+#include "document/RecordQuery.h"
 
 #include "entry/Host.h"
 #include "entry/Prompts.h"
@@ -469,6 +470,7 @@ void clsRptControl::EditCopyControls()
         rep.pictures.push_back(pf.open(QIODevice::ReadOnly) ? pf.readAll() : QByteArray());
     }
     rep.header.pictureCount = qint32(rep.pictures.size());
+    rep.header.lastDetailItem = qint16(rep.items.size()); // one section: the copy keeps absolute tops
     try {
         RdfSaveFile(m_copyBuffer, rep);
         EditControlsPasted = true;
@@ -528,7 +530,7 @@ void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& 
         } else if (rec.ObjectType == ObjType::Image && Prop(c, "DataBound").toBool() && !AutoFillId.isEmpty() && DataView) {
             SetProp(c, "FileName", GetBoundPhotoFile(AutoFillId, Prop(c, "PhotoSeq").toInt(), QString(), Prop(c, "Category").toInt()));
         } else if (rec.ObjectType == ObjType::DateTime) {
-            rec.Text = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+            rec.Text = RecordQuery::NowText();
             SetProp(c, "Text", rec.Text);
         }
         if (m_sel && c)
