@@ -19,9 +19,11 @@ int runRender(const QStringList& argsIn)
     QStringList args = argsIn;
     const QString usage = QStringLiteral(
         "usage: pagewright render REPORT.rdf --key KEY [--key KEY ...] --pdf OUT.pdf [--kind K] [--no-new-page] [--data DIR]");
-    QStringList keys;
-    for (QString k = TakeOption(args, QStringLiteral("--key")); !k.isEmpty(); k = TakeOption(args, QStringLiteral("--key")))
-        keys << k;
+    const QStringList keys = TakeOptions(args, QStringLiteral("--key"));
+    if (const QString empty = EmptyKeyMessage(keys); !empty.isEmpty()) {
+        err(empty);
+        return 2;
+    }
     const QString pdf = TakeOption(args, QStringLiteral("--pdf"));
     const QString kindName = TakeOption(args, QStringLiteral("--kind"), QStringLiteral("listings"));
     const bool noNewPage = TakeFlag(args, QStringLiteral("--no-new-page"));

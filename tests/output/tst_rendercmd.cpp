@@ -47,6 +47,8 @@ private slots:
         QTest::newRow("missing record") << "missing" << 1 << "999999 Not Found\n" << "";
         QTest::newRow("damaged file") << "damaged" << 1 << "" << "Report Designer File error: Error: 321 - Bad file format: end of file in header at offset 4";
         QTest::newRow("no key") << "nokey" << 2 << "" << "usage: pagewright render";
+        QTest::newRow("empty key") << "emptykey" << 2 << "" << "The key given with --key is empty";
+        QTest::newRow("empty key after a good one") << "secondempty" << 2 << "" << "The key given with --key is empty";
     }
     void failures()
     {
@@ -63,7 +65,11 @@ private slots:
         }
         const QString pdf = m_tmp.filePath(what + ".pdf");
         QStringList args{"render", report, "--pdf", pdf, "--data", DemoFolder()};
-        if (what != "nokey")
+        if (what == "emptykey")
+            args << "--key" << "";
+        else if (what == "secondempty")
+            args << "--key" << m_keys[0] << "--key=";
+        else if (what != "nokey")
             args << "--key" << (what == "missing" ? "999999" : m_keys[0]);
         const AppRun r = RunPagewright(args);
         QCOMPARE(r.code, code);
