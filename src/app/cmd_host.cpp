@@ -104,7 +104,7 @@ void printTable(Recordset& rs)
     line(rule);
     for (const QStringList& r : rows)
         line(r);
-    std::printf("(%lld rows)\n", static_cast<long long>(rows.size()));
+    std::printf(rows.size() == 1 ? "(%lld row)\n" : "(%lld rows)\n", static_cast<long long>(rows.size()));
 }
 
 int runSql(const QStringList& argsIn)

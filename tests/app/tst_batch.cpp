@@ -5,6 +5,7 @@
 #include "document/clsRptControl.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "host/SqliteDatabase.h"
 
 #include <QDir>
 #include <QFile>
@@ -244,6 +245,7 @@ private slots:
         const AppRun sql = RunPagewright({"sql", "--data", data, "--kind", "1", "SELECT ListDate, Pool FROM Listings WHERE ListNum = " + key});
         QVERIFY2(sql.code == 0, qPrintable(sql.err));
         QVERIFY2(sql.out.contains(items["ListDate"].second + " ") && sql.out.contains(items["Pool"].second), qPrintable(sql.out));
+        QVERIFY2(sql.out.endsWith("\n(1 row)\n"), qPrintable(sql.out));
     }
 
     void anEmptyKeyIsNamedNotJustTheUsage()
