@@ -495,8 +495,8 @@ void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& 
 {
     const QString file = FileName.isEmpty() ? m_copyBuffer : FileName;
     const BusyPointer busy(m_win);
+    RdfReport rep = RdfLoadFile(file); // a file that cannot be read changes nothing
     DirtyFlag = true;
-    RdfReport rep = RdfLoadFile(file);
 
     float minTop = 999999999.f, minLeft = 999999999.f;
     for (const RdfItem& r : rep.items) {

@@ -315,6 +315,26 @@ private slots:
         QCOMPARE(w->Document().Item(1).ObjectType, ObjType::Label);
     }
 
+    // The copy buffer is a temporary file; when it is gone (a cleaned /tmp) Paste says so
+    // instead of taking the program down, and the report is left as it was.
+    void pasteWithTheCopyBufferGoneSaysSo()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1800, 1200});
+        Tool(*w, "miCopy");
+        w->Document().DirtyFlag = false;
+        QVERIFY(QFile::remove(w->Document().CopyBufferFile()));
+        Tool(*w, "miPaste");
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Paste"));
+        QCOMPARE(host.prompts.asked[0].buttons, Mb::OKOnly | Mb::Critical);
+        QVERIFY2(host.prompts.asked[0].prompt.startsWith(QStringLiteral("Error: 53 - File not found: ")),
+                 qPrintable(host.prompts.asked[0].prompt));
+        QCOMPARE(w->Document().RptItemCount(), 1);
+        QVERIFY(!w->Document().DirtyFlag);
+    }
+
     void screenshotOfPopulatedWindow()
     {
         WindowTestHost host;
