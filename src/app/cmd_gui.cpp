@@ -13,6 +13,7 @@
 #include "entry/clsReportDesign.h"
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
+#include "help/HelpBook.h"
 #include "host/EmbeddedHost.h"
 #include "output/ReportEngine.h"
 #include "output/ReportPrintForm.h"
@@ -37,6 +38,7 @@ int RunDesigner(int argc, char** argv)
     // A report file to open at once: --open FILE, or the one remaining argument.
     QString openFile = TakeOption(args, QStringLiteral("--open"));
     const QString sqlLog = TakeOption(args, QStringLiteral("--sql-log"));
+    TakeOption(args, QStringLiteral("--database")); // main() has put it in the environment
     if (openFile.isEmpty() && args.size() == 1 && !args[0].startsWith(QLatin1Char('-')))
         openFile = args.takeFirst();
     if (!args.isEmpty()) {
@@ -68,6 +70,7 @@ int RunDesigner(int argc, char** argv)
     InstallReportRunner();
     InstallPrintForm();
     RegisterFlyerWindow();
+    InstallHelpKey();
 
     clsReportDesign designer;
     int job = 1;

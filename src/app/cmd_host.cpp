@@ -6,6 +6,8 @@
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "host/PgDatabase.h"
+#include "host/PgDemo.h"
 
 #include <QElapsedTimer>
 #include <cstdio>
@@ -45,16 +47,33 @@ int runDemo(const QStringList& argsIn)
     int listings = 500;
     if (!takeCount(args, QStringLiteral("--listings"), 500, listings) || !noLeftovers(args, "demo"))
         return 2;
-    if (DemoDataExists(dir) && !force) {
-        std::printf("Demo data is already in %s (use --force to regenerate it).\n", qPrintable(dir));
-        return 0;
-    }
+    // With a database server the folder keeps identity, reports and pictures, and the server gets
+    // a copy of the folder's database: the same keys and the same catalogue.
+    const QString server = EmbeddedHost::DatabaseSetting(dir);
     try {
+        if (!server.isEmpty() && !PgDatabase::IsPostgresUrl(server)) {
+            err(QStringLiteral("'%1' is not a database this program can open; name a PostgreSQL server as postgresql://USER@HOST:PORT/DB.")
+                    .arg(PgDatabase::WithoutPassword(server)));
+            return 2;
+        }
+        if (DemoDataExists(dir) && !force && (server.isEmpty() || PgDemo::HasDemo(server))) {
+            std::printf("Demo data is already in %s (use --force to regenerate it).\n",
+                        qPrintable(server.isEmpty() ? dir : PgDatabase::WithoutPassword(server)));
+            return 0;
+        }
         QElapsedTimer timer;
         timer.start();
-        GenerateDemoData(dir, listings);
-        WriteDemoFlyers(dir);
-        std::printf("Demo data with %d listings written to %s in %.1f s.\n", listings, qPrintable(dir), timer.elapsed() / 1000.0);
+        const bool generate = !DemoDataExists(dir) || force;
+        if (generate)
+            GenerateDemoData(dir, listings);
+        if (!server.isEmpty()) {
+            PgDemo::Load(dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName), server);
+            std::printf("Demo database copied to %s.\n", qPrintable(PgDatabase::WithoutPassword(server)));
+        }
+        if (generate) {
+            WriteDemoFlyers(dir); // through the host, so after the server has the data
+            std::printf("Demo data with %d listings written to %s in %.1f s.\n", listings, qPrintable(dir), timer.elapsed() / 1000.0);
+        }
     } catch (const HostError& e) {
         err(QStringLiteral("error %1: %2").arg(e.Number()).arg(e.Description()));
         return 1;
@@ -140,5 +159,5 @@ int runSql(const QStringList& argsIn)
 
 } // namespace
 
-PW_SUBCOMMAND("demo", "demo [--data DIR] [--listings N] [--force]", "generate the demo data folder", runDemo);
-PW_SUBCOMMAND("sql", "sql [--data DIR] --kind N \"STATEMENT\" [--sql-log FILE]", "run one Jet SELECT through the embedded host", runSql);
+PW_SUBCOMMAND("demo", "demo [--data DIR] [--database URL] [--listings N] [--force]", "generate the demo data folder (and load it into the database server)", runDemo);
+PW_SUBCOMMAND("sql", "sql [--data DIR] [--database URL] --kind N \"STATEMENT\" [--sql-log FILE]", "run one Jet SELECT through the host's database", runSql);

@@ -1,4 +1,6 @@
 #include "design/frmPagewright.h"
+#include "help/HelpBook.h"
+#include "help/HelpContexts.h"
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
@@ -134,7 +136,8 @@ QStringList frmPagewright::ImplementedTools()
             QStringLiteral("fnFontSize"), QStringLiteral("miObjectName"), QStringLiteral("fnForeColor"),
             QStringLiteral("fnBackColor"), QStringLiteral("tbBorderColor"), QStringLiteral("miShowOutline"),
             QStringLiteral("miClearDataSource"), QStringLiteral("miTemplateView"), QStringLiteral("miDataView"),
-            QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties")}
+            QStringLiteral("miSelectProperty"), QStringLiteral("miPageSetup"), QStringLiteral("miGridSetup"), QStringLiteral("miProperties"),
+            QStringLiteral("mnuHelp")}
            + PaletteTools();
 }
 
@@ -373,6 +376,8 @@ void frmPagewright::ToolClick(const QString& toolName)
     }
     else if (t == u"miProperties")
         ShowPropertySheet();
+    else if (t == u"mnuHelp")
+        ShowHelp(this, HelpContext::DesignWindow);
     else if (t == u"miFieldList" && m_fields) {
         m_fields->show();
         m_fields->raise();

@@ -1,4 +1,5 @@
 #include "dialogs/frmFlyers.h"
+#include "help/HelpBook.h"
 
 #include "dialogs/frmListnumPrompt.h"
 #include "entry/Host.h"
@@ -320,11 +321,7 @@ void frmFlyers::cmdClose_Click()
 
 void frmFlyers::cmdHelp_Click()
 {
-    const QString help = ComponentHelpFile().isEmpty() && gHost ? gHost->HelpFile() : ComponentHelpFile();
-    const QString local = LocalPath(help);
-    if (help.isEmpty() || !QFileInfo(local).isFile() || !QDesktopServices::openUrl(QUrl::fromLocalFile(local)))
-        MsgBox(QStringLiteral("No help is available for the flyer manager."), Mb::OKOnly | Mb::Information,
-               QStringLiteral("Print Flyer"));
+    ShowHelp(this, HelpContextId);
 }
 
 void frmFlyers::DeleteFlyer()

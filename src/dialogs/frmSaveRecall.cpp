@@ -1,4 +1,6 @@
 #include "dialogs/frmSaveRecall.h"
+#include "help/HelpBook.h"
+#include "help/HelpContexts.h"
 
 #include "entry/Host.h"
 #include "entry/ReportKinds.h"
@@ -271,14 +273,7 @@ void frmSaveRecall::List1_Delete()
 
 void frmSaveRecall::cmdHelp_Click()
 {
-    const QString help = gHost ? gHost->HelpFile() : QString();
-    const QString local = LocalPath(help);
-    if (help.isEmpty() || !QFileInfo(local).isFile()) {
-        MsgBox(QStringLiteral("The help file was not found.") + (help.isEmpty() ? QString() : QStringLiteral("\n") + help),
-               Mb::OKOnly | Mb::Exclamation, QStringLiteral("Help"));
-        return;
-    }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(local));
+    ShowHelp(this, HelpContext::ReportFiles);
 }
 
 void frmSaveRecall::reject()

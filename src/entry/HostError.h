@@ -30,4 +30,7 @@ constexpr int PathNotFound = 76;
 constexpr int BadFileFormat = 321;
 constexpr int DiskFull = 61;
 constexpr int FileAccess = 75;
+constexpr int ConnectFailed = 3151;    // the database server cannot be reached or refused the login
+constexpr int ReadOnly = 3027;         // the connection is read-only
+constexpr int Timeout = 3234;          // the statement ran past its time limit
 }

@@ -1,5 +1,6 @@
 #include "host/EmbeddedHost.h"
 #include "host/DataFolder.h"
+#include "host/PgDatabase.h"
 #include "host/PhotoService.h"
 #include "host/SqliteDatabase.h"
 #include "host/TableDictionary.h"
@@ -9,19 +10,32 @@
 #include <QFile>
 #include <QFileInfo>
 
-std::unique_ptr<EmbeddedHost> EmbeddedHost::Open(const QString& dataDir)
+QString EmbeddedHost::DatabaseSetting(const QString& dataDir)
+{
+    const QString env = qEnvironmentVariable("PAGEWRIGHT_DATABASE").trimmed();
+    if (!env.isEmpty())
+        return env;
+    const QString ini = QDir::cleanPath(QDir(dataDir).absolutePath()) + QLatin1Char('/') + QLatin1String(DataFolder::HostIniName);
+    return PrivateProfile::GetString(QLatin1String(DataFolder::HostSection), QStringLiteral("Database"), QString(), ini).trimmed();
+}
+
+std::unique_ptr<EmbeddedHost> EmbeddedHost::Open(const QString& dataDir, const QString& databaseIn)
 {
     const QString dir = QDir::cleanPath(QDir(dataDir).absolutePath());
     const QString ini = dir + QLatin1Char('/') + QLatin1String(DataFolder::HostIniName);
     const QString db = dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName);
-    if (!QFileInfo(ini).isFile() || !QFileInfo(db).isFile())
+    const QString database = databaseIn.isEmpty() ? DatabaseSetting(dir) : databaseIn;
+    if (!database.isEmpty() && !PgDatabase::IsPostgresUrl(database))
+        throw HostError(HostErr::ConnectFailed, QStringLiteral("'%1' is not a database this program can open; name a PostgreSQL server as postgresql://USER@HOST:PORT/DB.")
+                                                    .arg(PgDatabase::WithoutPassword(database)));
+    if (!QFileInfo(ini).isFile() || (database.isEmpty() && !QFileInfo(db).isFile()))
         throw HostError(HostErr::PathNotFound,
                         QStringLiteral("The data folder '%1' is not prepared (no %2 or %3); run 'pagewright demo --data \"%1\"' first.")
                             .arg(dir, QLatin1String(DataFolder::HostIniName), QLatin1String(DataFolder::DatabaseName)));
-    return std::unique_ptr<EmbeddedHost>(new EmbeddedHost(dir));
+    return std::unique_ptr<EmbeddedHost>(new EmbeddedHost(dir, database));
 }
 
-EmbeddedHost::EmbeddedHost(const QString& dataDir) : m_dir(dataDir)
+EmbeddedHost::EmbeddedHost(const QString& dataDir, const QString& database) : m_dir(dataDir)
 {
     const QString ini = m_dir + QLatin1Char('/') + QLatin1String(DataFolder::HostIniName);
     const QString section = QLatin1String(DataFolder::HostSection);
@@ -36,12 +50,24 @@ EmbeddedHost::EmbeddedHost(const QString& dataDir) : m_dir(dataDir)
     m_accessKey = get("AccessKey");
     m_boardId = get("BoardId", QStringLiteral("0")).toInt();
     m_helpFile = get("HelpFile");
-    m_db = std::make_unique<SqliteDatabase>(m_dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName));
+    if (database.isEmpty()) {
+        m_db = std::make_unique<SqliteDatabase>(m_dir + QLatin1Char('/') + QLatin1String(DataFolder::DatabaseName));
+    } else {
+        m_db = std::make_unique<PgDatabase>(database);
+        m_databaseName = PgDatabase::WithoutPassword(database);
+    }
     m_db->SetStatementObserver([this](const QString& sql) { logStatement(sql); });
     m_photos = std::make_unique<::PhotoService>(*m_db, m_dir + QStringLiteral("/Photos"));
 }
 
 EmbeddedHost::~EmbeddedHost() = default;
+
+SqliteDatabase& EmbeddedHost::Sqlite()
+{
+    if (auto* s = dynamic_cast<SqliteDatabase*>(m_db.get()))
+        return *s;
+    throw HostError(HostErr::ConnectFailed, QStringLiteral("This host runs on the database server '%1', not on SQLite.").arg(m_databaseName));
+}
 
 ::Database& EmbeddedHost::Database()
 {

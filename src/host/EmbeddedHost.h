@@ -1,13 +1,15 @@
 #pragma once
 // The embedded host: stands in for the host application on a prepared data folder (see
 // DataFolder.h). It owns the database connection, the photo service, the event source and the
-// main-form stand-in, and reads the user's identity from host.ini.
+// main-form stand-in, and reads the user's identity from host.ini. The database is the folder's
+// SQLite file, or a PostgreSQL server (see DatabaseSetting).
 #include "entry/Host.h"
 
 #include <QPointer>
 #include <QWidget>
 #include <memory>
 
+class HostDatabase;
 class SqliteDatabase;
 class PhotoService;
 
@@ -26,8 +28,13 @@ private:
 class EmbeddedHost : public QObject, public TervaneCommon {
     Q_OBJECT
 public:
-    // Throws HostError when dataDir holds no host.ini or no database.
-    static std::unique_ptr<EmbeddedHost> Open(const QString& dataDir);
+    // Throws HostError when dataDir holds no host.ini or no database, or the server cannot be
+    // reached. database: as DatabaseSetting; empty means the setting in force for dataDir.
+    static std::unique_ptr<EmbeddedHost> Open(const QString& dataDir, const QString& database = QString());
+    // Which database a data folder uses: $PAGEWRIGHT_DATABASE, else Database= in host.ini's [Host]
+    // section, else "" (the folder's SQLite file). A server is named by a URL
+    // postgresql://USER@HOST:PORT/DB or postgresql:///DB?host=/socket/folder.
+    static QString DatabaseSetting(const QString& dataDir);
     ~EmbeddedHost() override;
 
     EmbeddedMainForm& MainForm() override { return m_mainForm; }
@@ -55,14 +62,18 @@ public:
     bool SetSqlLog(const QString& file);
     // The job indexes closed so far, in order.
     const QList<int>& ClosedJobs() const { return m_closedJobs; }
-    // The one SQLite connection (for the host's own tools and tests).
-    SqliteDatabase& Sqlite() { return *m_db; }
+    // The database connection (for the host's own tools and tests).
+    HostDatabase& Native() { return *m_db; }
+    // The SQLite connection; throws HostError when the host runs on a server.
+    SqliteDatabase& Sqlite();
+    // "" for the folder's SQLite file, else the server's URL without its password.
+    QString DatabaseName() const { return m_databaseName; }
 
 signals:
     void jobClosed(int jobIndex);
 
 private:
-    explicit EmbeddedHost(const QString& dataDir);
+    EmbeddedHost(const QString& dataDir, const QString& database);
     void logStatement(const QString& sql);
 
     QString m_dir;
@@ -71,7 +82,8 @@ private:
     int m_boardId = 0;
     EmbeddedMainForm m_mainForm;
     ::AppEvents m_events;
-    std::unique_ptr<SqliteDatabase> m_db;
+    std::unique_ptr<HostDatabase> m_db;
+    QString m_databaseName;
     std::unique_ptr<::PhotoService> m_photos;
     QString m_sqlLog;
     QList<int> m_closedJobs;

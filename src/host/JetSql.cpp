@@ -1,7 +1,9 @@
-// Translation of one Jet SELECT into SQLite. A tokenizer keeps literals intact; a small
-// precedence parser rewrites the operators whose meaning differs between the dialects
-// ("+" on text, "&", Like, text comparisons without regard to case, True = -1).
+// Translation of one Jet SELECT for a target database. A tokenizer keeps literals intact; a small
+// precedence parser reads the statement and writes each construct the way the dialect table says
+// ("+" on text, "&", Like, text comparisons without regard to case, True = -1). It tracks which
+// pieces are conditions and which hold text, because a strictly typed target needs to know.
 #include "host/JetSql.h"
+#include "host/JetDialect.h"
 #include "host/JetTokenizer.h"
 #include "entry/HostError.h"
 
@@ -38,15 +40,47 @@ const QStringList& reservedWords()
     return words;
 }
 
+// One translated piece of a statement and the kind of value it gives (Bool: a condition).
+struct Expr {
+    QString s;
+    ValueKind k = ValueKind::Unknown;
+};
+
+QString fill(const char* tmpl, const QStringList& parts)
+{
+    QString out;
+    const QString t = QLatin1String(tmpl);
+    for (int i = 0; i < t.size(); ++i) {
+        if (t[i] == QLatin1Char('%') && i + 1 < t.size()) {
+            const QChar c = t[i + 1];
+            if (c == QLatin1Char('*')) { out += parts.join(QStringLiteral(", ")); ++i; continue; }
+            if (c == QLatin1Char('r')) { out += parts.mid(1).join(QStringLiteral(", ")); ++i; continue; }
+            if (c.isDigit() && c != QLatin1Char('0')) { out += parts.value(c.digitValue() - 1); ++i; continue; }
+        }
+        out += t[i];
+    }
+    return out;
+}
+
 class Translator {
 public:
-    explicit Translator(QList<Token> tokens) : t(std::move(tokens)) {}
+    Translator(QList<Token> tokens, const Dialect& dialect, const Catalogue* catalogue)
+        : t(std::move(tokens)), d(dialect), cat(catalogue)
+    {
+        // The tables the statement names, in order: a column's spelling comes from them first,
+        // since two tables may spell the same column differently.
+        if (cat)
+            for (const Token& x : t)
+                if ((x.kind == Tok::Ident || x.kind == Tok::Bracket) && cat->tableColumns.contains(x.text.toLower())
+                    && !tables.contains(x.text.toLower()))
+                    tables << x.text.toLower();
+    }
 
     QString statement()
     {
         if (!isWord(QStringLiteral("SELECT")))
             throw HostError(HostErr::SqlExecute, QStringLiteral("Only SELECT statements can run on this connection."));
-        QString out = select();
+        QString out = select(false).s;
         if (cur().kind != Tok::End)
             SyntaxError(QStringLiteral("unexpected '%1' at position %2").arg(cur().text).arg(cur().pos + 1));
         return out;
@@ -54,9 +88,13 @@ public:
 
 private:
     QList<Token> t;
+    const Dialect& d;
+    const Catalogue* cat;
     int p = 0;
     int depth = 0;
     int exprCounter = 1000;
+    QHash<QString, Expr> aliases; // of the select being read, for ORDER BY
+    QStringList tables;           // lower case
 
     const Token& cur() const { return t[p]; }
     const Token& peek(int k = 1) const { return t[qMin(p + k, int(t.size()) - 1)]; }
@@ -103,48 +141,84 @@ private:
         ~Enter() { --tr.depth; }
     };
 
-    QString name(const Token& x) const
+    // A value where a condition is wanted and the other way round.
+    QString val(const Expr& e) const { return e.k == ValueKind::Bool ? fill(d.boolToValue, {e.s}) : e.s; }
+    QString cond(const Expr& e) const { return e.k == ValueKind::Bool ? e.s : fill(d.valueToBool, {e.s}); }
+    QString text(const Expr& e) const { return fill(d.textOperand, {val(e)}); }
+
+    QString name(const Token& x, const QString& qualifier = QString()) const
     {
-        return x.kind == Tok::Bracket ? QLatin1Char('[') + x.text + QLatin1Char(']') : x.text;
+        if (!d.quoteNames)
+            return x.kind == Tok::Bracket ? QLatin1Char('[') + x.text + QLatin1Char(']') : x.text;
+        return quotedName(spelling(x.text, qualifier));
+    }
+    QString spelling(const QString& word, const QString& qualifier) const
+    {
+        if (!cat)
+            return word;
+        const QString w = word.toLower();
+        const auto own = cat->tableColumns.find(qualifier.toLower());
+        if (!qualifier.isEmpty() && own != cat->tableColumns.end() && own->contains(w))
+            return own->value(w);
+        for (const QString& table : tables) {
+            const QHash<QString, QString>& columns = *cat->tableColumns.find(table);
+            if (columns.contains(w))
+                return columns.value(w);
+        }
+        return cat->names.value(w, word);
+    }
+    ValueKind columnKind(const QString& column) const
+    {
+        return cat ? cat->columnKinds.value(column.toLower(), ValueKind::Unknown) : ValueKind::Unknown;
     }
 
-    QString select()
+    Expr select(bool partOfUnion)
     {
         Enter e(*this);
+        const QHash<QString, Expr> outerAliases = aliases;
+        aliases.clear();
         expectWord(QStringLiteral("SELECT"));
         QString out = QStringLiteral("SELECT ");
         QString limit;
-        if (acceptWord(QStringLiteral("DISTINCT")) || acceptWord(QStringLiteral("DISTINCTROW")))
+        bool distinct = false;
+        if (acceptWord(QStringLiteral("DISTINCT")) || acceptWord(QStringLiteral("DISTINCTROW"))) {
             out += QLatin1String("DISTINCT ");
+            distinct = true;
+        }
         if (acceptWord(QStringLiteral("TOP"))) {
             if (cur().kind != Tok::Number)
                 SyntaxError(QStringLiteral("TOP needs a number"));
             limit = QStringLiteral(" LIMIT ") + cur().text;
             ++p;
         }
-        out += selectList();
+        ValueKind firstKind = ValueKind::Unknown;
+        out += selectList(firstKind);
         if (acceptWord(QStringLiteral("FROM")))
             out += QStringLiteral(" FROM ") + fromClause();
         if (acceptWord(QStringLiteral("WHERE")))
-            out += QStringLiteral(" WHERE ") + expr(0);
+            out += QStringLiteral(" WHERE ") + cond(expr(0));
         if (acceptWord(QStringLiteral("GROUP"))) {
             expectWord(QStringLiteral("BY"));
-            out += QStringLiteral(" GROUP BY ") + orderList(false);
+            out += QStringLiteral(" GROUP BY ") + orderList(false, false);
         }
         if (acceptWord(QStringLiteral("HAVING")))
-            out += QStringLiteral(" HAVING ") + expr(0);
+            out += QStringLiteral(" HAVING ") + cond(expr(0));
         if (acceptWord(QStringLiteral("UNION"))) {
             out += acceptWord(QStringLiteral("ALL")) ? QStringLiteral(" UNION ALL ") : QStringLiteral(" UNION ");
-            return out + select();
+            out += select(true).s;
+            aliases = outerAliases;
+            return Expr{out, firstKind};
         }
         if (acceptWord(QStringLiteral("ORDER"))) {
             expectWord(QStringLiteral("BY"));
-            out += QStringLiteral(" ORDER BY ") + orderList(true);
+            // After DISTINCT or UNION the sort keys must be result columns as they are.
+            out += QStringLiteral(" ORDER BY ") + orderList(true, !(distinct || partOfUnion));
         }
-        return out + limit;
+        aliases = outerAliases;
+        return Expr{out + limit, firstKind};
     }
 
-    QString selectList()
+    QString selectList(ValueKind& firstKind)
     {
         QStringList items;
         do {
@@ -156,7 +230,9 @@ private:
                 continue;
             }
             const int start = p;
-            const QString e = expr(0);
+            const Expr e = expr(0);
+            if (items.isEmpty())
+                firstKind = e.k;
             QString alias;
             if (acceptWord(QStringLiteral("AS")) || ((cur().kind == Tok::Ident && !isReserved(cur())) || cur().kind == Tok::Bracket)) {
                 if (cur().kind != Tok::Ident && cur().kind != Tok::Bracket && cur().kind != Tok::String)
@@ -168,7 +244,8 @@ private:
                 if (alias.isEmpty())
                     alias = QStringLiteral("Expr%1").arg(exprCounter++);
             }
-            items << e + QStringLiteral(" AS ") + quotedName(alias);
+            aliases.insert(alias.toLower(), e);
+            items << val(e) + QStringLiteral(" AS ") + quotedName(alias);
         } while (acceptOp(","));
         return items.join(QStringLiteral(", "));
     }
@@ -196,7 +273,7 @@ private:
                 break;
             if (isOp("(") && isWord(QStringLiteral("SELECT"), 1)) {
                 ++p;
-                out += QLatin1Char('(') + select() + QLatin1Char(')');
+                out += QLatin1Char('(') + select(false).s + QLatin1Char(')');
                 expectOp(")");
             } else if (acceptOp("(")) {
                 ++parens;
@@ -207,7 +284,7 @@ private:
             } else if (acceptOp(",")) {
                 out += QStringLiteral(", ");
             } else if (acceptWord(QStringLiteral("ON"))) {
-                out += QStringLiteral(" ON ") + expr(0);
+                out += QStringLiteral(" ON ") + cond(expr(0));
             } else if (x.kind == Tok::Ident && (isReserved(x) || x.text.compare(QLatin1String("OUTER"), Qt::CaseInsensitive) == 0)) {
                 static const QStringList allowed = {QStringLiteral("LEFT"), QStringLiteral("RIGHT"), QStringLiteral("INNER"),
                                                     QStringLiteral("OUTER"), QStringLiteral("JOIN"), QStringLiteral("AS")};
@@ -234,7 +311,7 @@ private:
         return out.simplified();
     }
 
-    QString orderList(bool directions)
+    QString orderList(bool ordering, bool mayFold)
     {
         QStringList items;
         do {
@@ -243,9 +320,24 @@ private:
                 item = cur().text;
                 ++p;
             } else {
-                item = QLatin1Char('(') + expr(0) + QStringLiteral(") COLLATE NOCASE");
+                // A select item's alias sorts by that item.
+                const bool aliasRef = (cur().kind == Tok::Ident || cur().kind == Tok::Bracket) && !isOp(".", 1) && !isOp("(", 1)
+                                      && aliases.contains(cur().text.toLower());
+                Expr e;
+                if (aliasRef && d.quoteNames && mayFold) {
+                    e = aliases.value(cur().text.toLower());
+                    ++p;
+                } else {
+                    e = expr(0);
+                }
+                if (!ordering)
+                    item = fill(d.groupItem, {val(e)});
+                else if (d.foldOrder && mayFold && e.k == ValueKind::Text)
+                    item = fill(d.orderItem, {text(e)});
+                else
+                    item = fill(d.orderItem, {val(e)});
             }
-            if (directions) {
+            if (ordering) {
                 if (acceptWord(QStringLiteral("ASC"))) item += QStringLiteral(" ASC");
                 else if (acceptWord(QStringLiteral("DESC"))) item += QStringLiteral(" DESC");
             }
@@ -280,10 +372,10 @@ private:
         return -1;
     }
 
-    QString expr(int minPower)
+    Expr expr(int minPower)
     {
         Enter e(*this);
-        QString left = prefix();
+        Expr left = prefix();
         for (;;) {
             const int bp = infixPower();
             if (bp < 0 || bp <= minPower)
@@ -292,28 +384,33 @@ private:
         }
     }
 
-    QString infix(const QString& l, int bp)
+    static bool isText(const Expr& e) { return e.k == ValueKind::Text; }
+
+    Expr infix(const Expr& l, int bp)
     {
         const Token op = cur();
         ++p;
         const QString o = op.text.toUpper();
+        const ValueKind num = ValueKind::Number;
         if (op.kind == Tok::Op) {
-            const QString r = expr(o == QLatin1String("^") ? bp - 1 : bp);
+            const Expr r = expr(o == QLatin1String("^") ? bp - 1 : bp);
             if (bp == 50) {
                 const QString sqlOp = o == QLatin1String("!=") ? QStringLiteral("<>") : o;
-                return QStringLiteral("(%1 %2 %3 COLLATE NOCASE)").arg(l, sqlOp, r);
+                const bool folded = isText(l) || isText(r);
+                return {fill(d.compare, {folded ? text(l) : val(l), sqlOp, folded ? text(r) : val(r)}), ValueKind::Bool};
             }
-            if (o == QLatin1String("&")) return QStringLiteral("jet_amp(%1, %2)").arg(l, r);
-            if (o == QLatin1String("+")) return QStringLiteral("jet_plus(%1, %2)").arg(l, r);
-            if (o == QLatin1String("/")) return QStringLiteral("(CAST(%1 AS REAL) / %2)").arg(l, r);
-            if (o == QLatin1String("\\")) return QStringLiteral("(jet_clng(%1) / jet_clng(%2))").arg(l, r);
-            if (o == QLatin1String("^")) return QStringLiteral("jet_pow(%1, %2)").arg(l, r);
-            return QStringLiteral("(%1 %2 %3)").arg(l, o, r);
+            if (o == QLatin1String("&")) return {fill(d.amp, {val(l), val(r)}), ValueKind::Text};
+            if (o == QLatin1String("+"))
+                return {fill(d.plus, {val(l), val(r)}), isText(l) || isText(r) ? ValueKind::Text : l.k == num && r.k == num ? num : ValueKind::Unknown};
+            if (o == QLatin1String("/")) return {fill(d.divide, {val(l), val(r)}), num};
+            if (o == QLatin1String("\\")) return {fill(d.intDivide, {val(l), val(r)}), num};
+            if (o == QLatin1String("^")) return {fill(d.power, {val(l), val(r)}), num};
+            return {QStringLiteral("(%1 %2 %3)").arg(val(l), o, val(r)), num};
         }
         if (o == QLatin1String("OR") || o == QLatin1String("AND"))
-            return QStringLiteral("(%1 %2 %3)").arg(l, o, expr(bp));
+            return {QStringLiteral("(%1 %2 %3)").arg(cond(l), o, cond(expr(bp))), ValueKind::Bool};
         if (o == QLatin1String("MOD"))
-            return QStringLiteral("(%1 % %2)").arg(l, expr(bp));
+            return {fill(d.mod, {val(l), val(expr(bp))}), num};
         bool negate = false;
         QString word = o;
         if (o == QLatin1String("NOT")) {
@@ -323,34 +420,44 @@ private:
         }
         const QString notText = negate ? QStringLiteral("NOT ") : QString();
         if (word == QLatin1String("LIKE"))
-            return QStringLiteral("(%1jet_like(%2, %3))").arg(notText, l, expr(bp));
+            return {fill(d.like, {notText, val(l), val(expr(bp))}), ValueKind::Bool};
         if (word == QLatin1String("BETWEEN")) {
-            const QString low = expr(bp);
+            const Expr low = expr(bp);
             expectWord(QStringLiteral("AND"));
-            const QString high = expr(bp);
-            return QStringLiteral("(%1 COLLATE NOCASE %2BETWEEN %3 AND %4)").arg(l, notText, low, high);
+            const Expr high = expr(bp);
+            const bool folded = isText(l) || isText(low) || isText(high);
+            auto side = [&](const Expr& e) { return folded ? text(e) : val(e); };
+            return {fill(d.between, {side(l), notText, side(low), side(high)}), ValueKind::Bool};
         }
         if (word == QLatin1String("IN")) {
             expectOp("(");
-            QString list;
+            Expr result;
             if (isWord(QStringLiteral("SELECT"))) {
-                list = select();
+                const Expr sub = select(false);
+                const bool folded = isText(l) || isText(sub);
+                result = {folded ? fill(d.inSelectText, {text(l), notText, sub.s}) : fill(d.inList, {val(l), notText, sub.s}), ValueKind::Bool};
             } else {
-                QStringList items;
-                do items << expr(0);
-                while (acceptOp(","));
-                list = items.join(QStringLiteral(", "));
+                QList<Expr> items;
+                bool folded = isText(l);
+                do {
+                    items << expr(0);
+                    folded = folded || isText(items.last());
+                } while (acceptOp(","));
+                QStringList list;
+                for (const Expr& e : items)
+                    list << (folded ? text(e) : val(e));
+                result = {fill(d.inList, {folded ? text(l) : val(l), notText, list.join(QStringLiteral(", "))}), ValueKind::Bool};
             }
             expectOp(")");
-            return QStringLiteral("(%1 COLLATE NOCASE %2IN (%3))").arg(l, notText, list);
+            return result;
         }
         // IS [NOT] NULL
         const bool isNot = acceptWord(QStringLiteral("NOT"));
         expectWord(QStringLiteral("NULL"));
-        return QStringLiteral("(%1 IS %2NULL)").arg(l, isNot ? QStringLiteral("NOT ") : QString());
+        return {QStringLiteral("(%1 IS %2NULL)").arg(val(l), isNot ? QStringLiteral("NOT ") : QString()), ValueKind::Bool};
     }
 
-    QString prefix()
+    Expr prefix()
     {
         const Token x = cur();
         switch (x.kind) {
@@ -358,38 +465,38 @@ private:
             SyntaxError(QStringLiteral("missing expression at the end"));
         case Tok::String:
             ++p;
-            return sqlString(x.text);
+            return {sqlString(x.text), ValueKind::Text};
         case Tok::Number:
             ++p;
-            return x.text;
+            return {x.text, ValueKind::Number};
         case Tok::Date:
             ++p;
-            return dateLiteral(x.text);
+            return {dateLiteral(x.text), ValueKind::Date};
         case Tok::Bracket:
             return columnRef();
         case Tok::Op:
             if (acceptOp("(")) {
-                QString inner = isWord(QStringLiteral("SELECT")) ? select() : expr(0);
+                const Expr inner = isWord(QStringLiteral("SELECT")) ? select(false) : expr(0);
                 expectOp(")");
-                return QLatin1Char('(') + inner + QLatin1Char(')');
+                return {QLatin1Char('(') + inner.s + QLatin1Char(')'), inner.k};
             }
-            if (acceptOp("-")) return QStringLiteral("(- %1)").arg(expr(110));
+            if (acceptOp("-")) return {QStringLiteral("(- %1)").arg(val(expr(110))), ValueKind::Number};
             if (acceptOp("+")) return expr(110);
             SyntaxError(QStringLiteral("unexpected '%1' at position %2").arg(x.text).arg(x.pos + 1));
         case Tok::Ident:
             break;
         }
         const QString w = x.text.toUpper();
-        if (w == QLatin1String("NOT")) { ++p; return QStringLiteral("(NOT %1)").arg(expr(40)); }
-        if (w == QLatin1String("NULL")) { ++p; return QStringLiteral("NULL"); }
-        if (w == QLatin1String("TRUE")) { ++p; return QStringLiteral("-1"); }
-        if (w == QLatin1String("FALSE")) { ++p; return QStringLiteral("0"); }
+        if (w == QLatin1String("NOT")) { ++p; return {QStringLiteral("(NOT %1)").arg(cond(expr(40))), ValueKind::Bool}; }
+        if (w == QLatin1String("NULL")) { ++p; return {QStringLiteral("NULL"), ValueKind::Unknown}; }
+        if (w == QLatin1String("TRUE")) { ++p; return {QStringLiteral("-1"), ValueKind::Number}; }
+        if (w == QLatin1String("FALSE")) { ++p; return {QStringLiteral("0"), ValueKind::Number}; }
         if (w == QLatin1String("EXISTS")) {
             ++p;
             expectOp("(");
-            const QString q = select();
+            const QString q = select(false).s;
             expectOp(")");
-            return QStringLiteral("EXISTS (%1)").arg(q);
+            return {QStringLiteral("EXISTS (%1)").arg(q), ValueKind::Bool};
         }
         // Left( and Right( are functions, not joins.
         const bool stringFunction = w == QLatin1String("LEFT") || w == QLatin1String("RIGHT");
@@ -400,15 +507,17 @@ private:
         return columnRef();
     }
 
-    QString columnRef()
+    Expr columnRef()
     {
         QString out = name(cur());
+        QString last = cur().text;
         ++p;
         while (isOp(".") && (peek(1).kind == Tok::Ident || peek(1).kind == Tok::Bracket)) {
-            out += QLatin1Char('.') + name(peek(1));
+            out += QLatin1Char('.') + name(peek(1), last);
+            last = peek(1).text;
             p += 2;
         }
-        return out;
+        return {out, columnKind(last)};
     }
 
     QString dateLiteral(const QString& text) const
@@ -416,21 +525,21 @@ private:
         static const char* const formats[] = {"M/d/yyyy", "yyyy-MM-dd", "M/d/yy", "M-d-yyyy"};
         const QString datePart = text.section(QLatin1Char(' '), 0, 0);
         for (const char* f : formats) {
-            const QDate d = QDate::fromString(datePart, QLatin1String(f));
-            if (d.isValid())
-                return sqlString(d.toString(Qt::ISODate));
+            const QDate dt = QDate::fromString(datePart, QLatin1String(f));
+            if (dt.isValid())
+                return fill(d.dateLiteral, {dt.toString(Qt::ISODate)});
         }
         SyntaxError(QStringLiteral("bad date #%1#").arg(text));
     }
 
-    QString functionCall()
+    Expr functionCall()
     {
         const Token fn = cur();
         p += 2; // name and "("
-        QStringList args;
+        QList<Expr> args;
         const QString f = fn.text.toUpper();
         if (f == QLatin1String("COUNT") && acceptOp("*")) {
-            args << QStringLiteral("*");
+            args << Expr{QStringLiteral("*"), ValueKind::Unknown};
         } else if (!isOp(")")) {
             do args << expr(0);
             while (acceptOp(","));
@@ -440,43 +549,34 @@ private:
             if (args.size() < lo || args.size() > hi)
                 throw HostError(HostErr::SqlSyntax, QStringLiteral("Wrong number of arguments used with function %1 in query expression.").arg(fn.text));
         };
-        struct Simple { const char* jet; const char* sqlite; int lo, hi; };
-        static const Simple simple[] = {
-            {"UCASE", "upper", 1, 1}, {"LCASE", "lower", 1, 1}, {"LEN", "length", 1, 1}, {"TRIM", "trim", 1, 1},
-            {"LTRIM", "ltrim", 1, 1}, {"RTRIM", "rtrim", 1, 1}, {"ABS", "abs", 1, 1}, {"MID", "substr", 2, 3},
-            {"CLNG", "jet_clng", 1, 1}, {"CINT", "jet_clng", 1, 1}, {"CDBL", "jet_cdbl", 1, 1}, {"CSNG", "jet_cdbl", 1, 1},
-            {"CCUR", "jet_cdbl", 1, 1}, {"CSTR", "jet_cstr", 1, 1}, {"RIGHT", "jet_right", 2, 2},
-            {"COUNT", "count", 1, 1}, {"SUM", "sum", 1, 1}, {"AVG", "avg", 1, 1}, {"MIN", "min", 1, 1}, {"MAX", "max", 1, 1},
-        };
-        for (const Simple& s : simple)
-            if (f == QLatin1String(s.jet)) {
-                need(s.lo, s.hi);
-                return QLatin1String(s.sqlite) + QLatin1Char('(') + args.join(QStringLiteral(", ")) + QLatin1Char(')');
+        QStringList values;
+        for (const Expr& a : args)
+            values << val(a);
+        for (const FunctionRule& rule : d.functions)
+            if (f == QLatin1String(rule.jet)) {
+                need(rule.minArgs, rule.maxArgs);
+                if (rule.defaultArg && values.size() < rule.maxArgs)
+                    values << QLatin1String(rule.defaultArg);
+                const ValueKind k = rule.result != ValueKind::Unknown ? rule.result : args.value(0).k;
+                return {fill(rule.target, values), k};
             }
         if (f == QLatin1String("IIF")) {
             need(3, 3);
-            return QStringLiteral("(CASE WHEN %1 THEN %2 ELSE %3 END)").arg(args[0], args[1], args[2]);
+            const ValueKind k = args[1].k != ValueKind::Unknown ? args[1].k : args[2].k;
+            return {fill(d.iif, {cond(args[0]), values[1], values[2]}), k};
         }
         if (f == QLatin1String("ISNULL")) {
             need(1, 1);
-            return QStringLiteral("(CASE WHEN %1 IS NULL THEN -1 ELSE 0 END)").arg(args[0]);
-        }
-        if (f == QLatin1String("NZ")) {
-            need(1, 2);
-            return QStringLiteral("COALESCE(%1, %2)").arg(args[0], args.size() > 1 ? args[1] : QStringLiteral("''"));
-        }
-        if (f == QLatin1String("LEFT")) {
-            need(2, 2);
-            return QStringLiteral("substr(%1, 1, %2)").arg(args[0], args[1]);
+            return {fill(d.isNull, {values[0]}), ValueKind::Bool};
         }
         if (f == QLatin1String("YEAR") || f == QLatin1String("MONTH") || f == QLatin1String("DAY")) {
             need(1, 1);
-            const char* part = f == QLatin1String("YEAR") ? "%Y" : f == QLatin1String("MONTH") ? "%m" : "%d";
-            return QStringLiteral("CAST(strftime('%1', %2) AS INTEGER)").arg(QLatin1String(part), args[0]);
+            const char* letter = f == QLatin1String("YEAR") ? "%Y" : f == QLatin1String("MONTH") ? "%m" : "%d";
+            return {fill(d.datePart, {f.toLower(), QLatin1String(letter), values[0]}), ValueKind::Number};
         }
         if (f == QLatin1String("DATE") || f == QLatin1String("NOW")) {
             need(0, 0);
-            return f == QLatin1String("DATE") ? QStringLiteral("date('now', 'localtime')") : QStringLiteral("datetime('now', 'localtime')");
+            return {QLatin1String(f == QLatin1String("DATE") ? d.today : d.now), ValueKind::Text};
         }
         throw HostError(HostErr::SqlSyntax, QStringLiteral("Undefined function '%1' in expression.").arg(fn.text));
     }
@@ -484,9 +584,9 @@ private:
 
 } // namespace
 
-QString Translate(const QString& jet)
+QString Translate(const QString& jet, const Dialect& dialect, const Catalogue* catalogue)
 {
-    Translator tr(Tokenize(jet));
+    Translator tr(Tokenize(jet), dialect, catalogue);
     return tr.statement();
 }
 

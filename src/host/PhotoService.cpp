@@ -1,6 +1,6 @@
 #include "host/PhotoService.h"
 #include "host/DataFolder.h"
-#include "host/SqliteDatabase.h"
+#include "host/HostDatabase.h"
 #include "entry/ReportKinds.h"
 
 #include <QFileInfo>
@@ -20,7 +20,7 @@ PhotoResult PhotoService::GetPhotoFile(TervaneCommon&, const QString& listNum, i
     const qlonglong key = listNum.trimmed().toLongLong(&ok);
     if (!ok || mode != 0 || photoSeq < 1)
         return {};
-    auto rs = m_db.RunNative(QStringLiteral("SELECT PhotoCount FROM Photo WHERE PhoListnum = ?1"), {key});
+    auto rs = m_db.RunNative(QStringLiteral("SELECT \"PhotoCount\" FROM \"Photo\" WHERE \"PhoListnum\" = ?1"), {key});
     if (rs->Eof() || rs->Fields(0).isNull() || photoSeq > rs->Fields(0).toInt())
         return {};
     return found(m_store + QStringLiteral("/%1_%2.jpg").arg(key).arg(photoSeq));

@@ -3,12 +3,12 @@
 // photo store of the data folder. Paths come back in the host's form ("\" separators).
 #include "entry/Host.h"
 
-class SqliteDatabase;
+class HostDatabase;
 
 class PhotoService : public PhotoLibrary {
 public:
     // photoStore: the local path of the Photos folder.
-    PhotoService(SqliteDatabase& db, QString photoStore) : m_db(db), m_store(std::move(photoStore)) {}
+    PhotoService(HostDatabase& db, QString photoStore) : m_db(db), m_store(std::move(photoStore)) {}
 
     // Photo photoSeq (1 = first) of a listing or rental; status 1 when the record has no Photo
     // row, the number is beyond its PhotoCount or the file is missing. The version is not checked.
@@ -19,6 +19,6 @@ public:
 private:
     PhotoResult found(const QString& localFile) const;
 
-    SqliteDatabase& m_db;
+    HostDatabase& m_db;
     QString m_store;
 };

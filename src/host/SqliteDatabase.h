@@ -1,13 +1,11 @@
 #pragma once
 // The host's data-access object on an SQLite file: each call translates one Jet statement and
 // runs it on a read-only connection, returning every row at once.
-#include "entry/Host.h"
-
-#include <functional>
+#include "host/HostDatabase.h"
 
 struct sqlite3;
 
-class SqliteDatabase : public Database {
+class SqliteDatabase : public HostDatabase {
 public:
     // Opens the file read-only; throws HostError when it cannot.
     explicit SqliteDatabase(const QString& file);
@@ -20,10 +18,8 @@ public:
 
     // Runs SQLite SQL as it is (the host's own catalogue queries); not logged, not translated.
     // Parameters bind to ?1, ?2, ...
-    std::unique_ptr<Recordset> RunNative(const QString& sqliteSql, const QVariantList& params = {});
+    std::unique_ptr<Recordset> RunNative(const QString& sqliteSql, const QVariantList& params = {}) override;
 
-    // Called with every statement OpenRecordset receives, exactly as received.
-    void SetStatementObserver(std::function<void(const QString&)> observer) { m_observer = std::move(observer); }
     QString File() const { return m_file; }
 
 private:
@@ -31,5 +27,4 @@ private:
 
     QString m_file;
     sqlite3* m_db = nullptr;
-    std::function<void(const QString&)> m_observer;
 };

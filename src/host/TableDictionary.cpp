@@ -1,16 +1,16 @@
 #include "host/TableDictionary.h"
-#include "host/SqliteDatabase.h"
+#include "host/HostDatabase.h"
 
 #include <algorithm>
 
-TableDictionary::TableDictionary(SqliteDatabase& db, int databaseKind) : m_db(db), m_kind(databaseKind)
+TableDictionary::TableDictionary(HostDatabase& db, int databaseKind) : m_db(db), m_kind(databaseKind)
 {
     Reload();
 }
 
 void TableDictionary::Reload()
 {
-    auto kind = m_db.RunNative(QStringLiteral("SELECT TableName, KeyField, Version FROM DicKinds WHERE Kind = ?1"), {m_kind});
+    auto kind = m_db.RunNative(QStringLiteral("SELECT \"TableName\", \"KeyField\", \"Version\" FROM \"DicKinds\" WHERE \"Kind\" = ?1"), {m_kind});
     if (kind->Eof())
         throw HostError(HostErr::NoSuchField, QStringLiteral("The catalogue has no database kind %1.").arg(m_kind));
     m_table = kind->Fields(0).toString();
@@ -18,14 +18,14 @@ void TableDictionary::Reload()
     m_version = quint8(kind->Fields(2).toInt());
 
     m_fields.clear();
-    auto f = m_db.RunNative(QStringLiteral("SELECT DicId, FieldName, ColumnName, DataType, CodeType, FormatText, GroupCode, Listed, Expression "
-                                           "FROM DicFields WHERE Kind = ?1 ORDER BY DicId"), {m_kind});
+    auto f = m_db.RunNative(QStringLiteral("SELECT \"DicId\", \"FieldName\", \"ColumnName\", \"DataType\", \"CodeType\", \"FormatText\", \"GroupCode\", "
+                                           "\"Listed\", \"Expression\" FROM \"DicFields\" WHERE \"Kind\" = ?1 ORDER BY \"DicId\""), {m_kind});
     for (; !f->Eof(); f->MoveNext())
         m_fields.push_back(Field{f->Fields(0).toInt(), f->Fields(1).toString(), f->Fields(2).toString(), f->Fields(8).toString(),
                                  f->Fields(5).toString(), f->Fields(6).toString(), f->Fields(3).toInt(), f->Fields(4).toInt(),
                                  f->Fields(7).toInt() != 0});
     m_codes.clear();
-    auto c = m_db.RunNative(QStringLiteral("SELECT DicId, Code, ShortText, LongText FROM DicCodes WHERE Kind = ?1 ORDER BY DicId, SortOrder"), {m_kind});
+    auto c = m_db.RunNative(QStringLiteral("SELECT \"DicId\", \"Code\", \"ShortText\", \"LongText\" FROM \"DicCodes\" WHERE \"Kind\" = ?1 ORDER BY \"DicId\", \"SortOrder\""), {m_kind});
     for (; !c->Eof(); c->MoveNext())
         m_codes.push_back(Code{c->Fields(0).toInt(), c->Fields(1).toString(), c->Fields(2).toString(), c->Fields(3).toString()});
     m_current = -1;

@@ -5,12 +5,12 @@
 
 #include <QHash>
 
-class SqliteDatabase;
+class HostDatabase;
 
 class TableDictionary : public FieldDictionary {
 public:
     // Throws HostError when the kind is not in the catalogue.
-    TableDictionary(SqliteDatabase& db, int databaseKind);
+    TableDictionary(HostDatabase& db, int databaseKind);
 
     int DatabaseKind() const override { return m_kind; }
     QString TableName() const override { return m_table; }
@@ -53,7 +53,7 @@ private:
     const Field& current() const;
     const Code* findCode(const QString& code) const;
 
-    SqliteDatabase& m_db;
+    HostDatabase& m_db;
     int m_kind;
     QString m_table, m_key;
     quint8 m_version = 0;

@@ -1,4 +1,5 @@
 // The batch commands, run as a user runs them: the real executable on real demo data.
+#include "PgTest.h"
 #include "AppRun.h"
 #include "design/OffscreenPage.h"
 #include "document/RdfFile.h"
@@ -57,6 +58,7 @@ private slots:
         QVERIFY(dir.isValid());
         data = dir.filePath("data");
         GenerateDemoData(data, 60);
+        UseTestServerFor(data);
         host = EmbeddedHost::Open(data);
         dic = host->NewFieldDictionary(1);
         gHost = host.get();

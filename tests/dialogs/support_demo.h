@@ -4,6 +4,7 @@
 #include "entry/Host.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "PgTest.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -59,7 +60,7 @@ private:
     static QString folder()
     {
         static QTemporaryDir dir;
-        static const bool made = (GenerateDemoData(dir.path(), 60), true);
+        static const bool made = (GenerateDemoData(dir.path(), 60), UseTestServerFor(dir.path()), true);
         Q_UNUSED(made);
         return dir.path();
     }

@@ -1,5 +1,6 @@
 #include "support_host.h"
 #include "host/DemoData.h"
+#include "PgTest.h"
 
 #include <QTemporaryDir>
 
@@ -9,6 +10,7 @@ QString SmallDemoFolder()
     static bool made = false;
     if (!made) {
         GenerateDemoData(dir.path(), 60);
+        UseTestServerFor(dir.path());
         made = true;
     }
     return dir.path();

@@ -5,6 +5,7 @@
 #include "document/clsRptControl.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "PgTest.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -17,6 +18,7 @@ inline QString DemoFolder()
     static bool made = false;
     if (!made) {
         GenerateDemoData(dir.path(), 40);
+        UseTestServerFor(dir.path());
         made = true;
     }
     return dir.path();
