@@ -1,5 +1,6 @@
 -- Tables of the demo database. Text columns compare without regard to case, as the host's
 -- queries expect. Booleans hold -1 (True) and 0 (False). Dates are ISO text (yyyy-mm-dd).
+-- Columns declared DATE or BOOLEAN come back from the host typed (a Date, True/False).
 
 CREATE TABLE Listings (
     ListNum INTEGER PRIMARY KEY,
@@ -25,13 +26,13 @@ CREATE TABLE Listings (
     SqFt INTEGER,
     YearBuilt INTEGER,
     Garage INTEGER,
-    Pool INTEGER,
+    Pool BOOLEAN,
     PropType TEXT COLLATE NOCASE,
     Style TEXT COLLATE NOCASE,
     Remarks TEXT COLLATE NOCASE,
     PrivateRemarks TEXT COLLATE NOCASE,
-    ListDate TEXT,
-    SaleDate TEXT
+    ListDate DATE,
+    SaleDate DATE
 );
 
 CREATE TABLE Photo (
@@ -98,9 +99,9 @@ CREATE TABLE Rentals (
     Bedrooms INTEGER,
     Baths REAL,
     SqFt INTEGER,
-    Furnished INTEGER,
-    PetsAllowed INTEGER,
-    AvailableDate TEXT,
+    Furnished BOOLEAN,
+    PetsAllowed BOOLEAN,
+    AvailableDate DATE,
     Remarks TEXT COLLATE NOCASE
 );
 

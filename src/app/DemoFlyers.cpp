@@ -33,7 +33,7 @@ public:
     bool make(const QString& file, const FlyerStyle& s, const QString& logo)
     {
         m_doc.UnloadReport();
-        QObject* head = add(ObjType::Label, {}, 0, 200, 0, kWidth, 800);
+        QObject* head = add(ObjType::Label, QStringLiteral("Unbound"), 0, 200, 0, kWidth, 800);
         set(head, "Text", s.headline);
         set(head, "Fontsize", 32.f);
         set(head, "FontBold", true);
@@ -50,7 +50,7 @@ public:
         set(photo, "SizeMode", ItemCode::SizeZoom);
         set(photo, "Alignment", ItemCode::PicCenter);
 
-        QObject* offered = add(ObjType::Label, {}, 0, 7800, 600, 2400, 500);
+        QObject* offered = add(ObjType::Label, QStringLiteral("Unbound"), 0, 7800, 600, 2400, 500);
         set(offered, "Text", QStringLiteral("Offered at"));
         set(offered, "Fontsize", 16.f);
         QObject* price = add(ObjType::Field, QStringLiteral("ListPrice"), kListPrice, 7750, 3000, 5000, 560);
@@ -60,13 +60,13 @@ public:
         set(address, "Fontsize", 16.f);
         QObject* city = add(ObjType::Field, QStringLiteral("City"), kCity, 9000, 600, 9600, 420);
         set(city, "Fontsize", 14.f);
-        QObject* numberLabel = add(ObjType::Label, {}, 0, 9600, 600, 1600, 360);
+        QObject* numberLabel = add(ObjType::Label, QStringLiteral("Unbound"), 0, 9600, 600, 1600, 360);
         set(numberLabel, "Text", QStringLiteral("Listing #"));
         set(numberLabel, "Fontsize", 11.f);
         QObject* number = add(ObjType::Field, QStringLiteral("ListNum"), kListNum, 9600, 2200, 2400, 360);
         set(number, "Fontsize", 11.f);
 
-        QObject* tag = add(ObjType::Label, {}, 0, 10500, 0, kWidth, 600);
+        QObject* tag = add(ObjType::Label, QStringLiteral("Unbound"), 0, 10500, 0, kWidth, 600);
         set(tag, "Text", s.tagLine);
         set(tag, "Fontsize", 18.f);
         set(tag, "FontItalic", true);

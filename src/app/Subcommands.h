@@ -25,3 +25,7 @@ struct SubcommandRegistration {
 // Small helpers for parsing "--name value" options. They remove what they consume.
 bool TakeFlag(QStringList& args, const QString& name);
 QString TakeOption(QStringList& args, const QString& name, const QString& defaultValue = QString());
+// Every value of an option given more than once, in order; empty values included.
+QStringList TakeOptions(QStringList& args, const QString& name);
+// The message for a --key given empty (or blank), or "" when every key has text.
+QString EmptyKeyMessage(const QStringList& keys);

@@ -2,6 +2,7 @@
 #include "Subcommands.h"
 
 #include "DemoFlyers.h"
+#include "document/RecordQuery.h"
 #include "host/DataFolder.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
@@ -84,7 +85,8 @@ QString cellText(const QVariant& v)
 {
     if (v.isNull())
         return QStringLiteral("Null");
-    QString s = v.typeId() == QMetaType::Double ? QString::number(v.toDouble(), 'g', 15) : v.toString();
+    // Dates and Booleans as the designer shows them; reals keep their digits, as the database holds them.
+    QString s = v.typeId() == QMetaType::Double ? QString::number(v.toDouble(), 'g', 15) : RecordQuery::ValueText(v);
     s.replace(QLatin1String("\r\n"), QLatin1String(" "));
     s.replace(QLatin1Char('\n'), QLatin1Char(' '));
     return s;
@@ -121,7 +123,7 @@ void printTable(Recordset& rs)
     line(rule);
     for (const QStringList& r : rows)
         line(r);
-    std::printf("(%lld rows)\n", static_cast<long long>(rows.size()));
+    std::printf(rows.size() == 1 ? "(%lld row)\n" : "(%lld rows)\n", static_cast<long long>(rows.size()));
 }
 
 int runSql(const QStringList& argsIn)

@@ -107,8 +107,8 @@ int runRender(const QStringList& argsIn)
     QString problem;
     if (reportKind == 0)
         problem = QStringLiteral("Unknown report kind '%1'").arg(kindName);
-    else if (haveKey && givenKeys.contains(QString()))
-        problem = QStringLiteral("The record key is empty: give --key a listing number (or another record key)");
+    else if (haveKey && !EmptyKeyMessage(givenKeys).isEmpty())
+        problem = EmptyKeyMessage(givenKeys);
     else if (args.size() != 1)
         problem = QString::fromLatin1(kUsage);
     else if (sources == 0)

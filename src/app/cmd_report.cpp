@@ -3,6 +3,7 @@
 #include "Subcommands.h"
 
 #include "design/OffscreenPage.h"
+#include "design/RptImage.h"
 #include "document/RdfFile.h"
 #include "document/clsRptControl.h"
 #include "entry/ReportKinds.h"
@@ -57,12 +58,16 @@ int runDump(const QStringList& argsIn)
     QStringList args = argsIn;
     // Accepted as by every subcommand; a dump sends no statement to the host.
     TakeOption(args, QStringLiteral("--sql-log"));
+    // "~Graphics~" in a picture's name stands for the data folder's Graphics folder; the
+    // folder need not hold a database for that.
+    const QString dir = DataFolder::ResolveDataFolder(args);
     if (args.size() != 2) {
-        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt [--sql-log FILE]"));
+        err(QStringLiteral("usage: pagewright dump REPORT.rdf OUT.txt [--data DIR] [--sql-log FILE]"));
         return 2;
     }
     try {
         BatchDocument b(nullptr, ReportKind::Listings);
+        RptImage::SetGraphicsFolder(DataFolder::HostPathOf(dir) + QStringLiteral("\\Graphics\\"));
         b.doc.LoadReport(args[0]);
         if (b.doc.RptItemCount() == 0) {
             err(QStringLiteral("%1 has no items: nothing written").arg(args[0]));
@@ -112,12 +117,17 @@ int runDataview(const QStringList& argsIn)
     QStringList args = argsIn;
     try {
         const int kind = reportKindOption(args);
-        const QString key = TakeOption(args, QStringLiteral("--key"));
+        const QStringList keys = TakeOptions(args, QStringLiteral("--key"));
+        if (const QString empty = EmptyKeyMessage(keys); !empty.isEmpty()) {
+            err(empty);
+            return 2;
+        }
+        const QString key = keys.value(0);
         bool ok1 = true, ok2 = true;
         const int first = TakeOption(args, QStringLiteral("--first"), QStringLiteral("0")).toInt(&ok1);
         const int last = TakeOption(args, QStringLiteral("--last"), QStringLiteral("0")).toInt(&ok2);
         std::unique_ptr<EmbeddedHost> host = openHost(args);
-        if (args.size() != 1 || key.isEmpty() || !ok1 || !ok2) {
+        if (args.size() != 1 || keys.size() != 1 || !ok1 || !ok2) {
             err(QStringLiteral("usage: pagewright dataview REPORT.rdf --key KEY [--first N --last M] [--kind K] [--data DIR] [--sql-log FILE]"));
             return 2;
         }
@@ -137,7 +147,7 @@ int runDataview(const QStringList& argsIn)
             const ItemRecord& r = b.doc.Item(i);
             QString shown;
             if (r.ObjectType == ObjType::Image)
-                shown = clsRptControl::Prop(r.control, "FileName").toString();
+                shown = DisplayPath(clsRptControl::Prop(r.control, "FileName").toString());
             else if (r.ObjectType == ObjType::Box || r.ObjectType == ObjType::Line)
                 shown.clear();
             else

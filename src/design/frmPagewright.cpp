@@ -487,8 +487,13 @@ void frmPagewright::ClipboardCommand(const QString& toolName)
         }
         QPointF at = m_page->ScrollPosition();
         float x = float(at.x()), y = float(at.y());
-        m_doc->EditPasteControls(QString(), x, y);
-        FocusSelection(); // the keys (Delete, arrows) now act on what was pasted
+        try {
+            m_doc->EditPasteControls(QString(), x, y);
+            FocusSelection(); // the keys (Delete, arrows) now act on what was pasted
+        } catch (const HostError& e) {
+            // The copy buffer is a temporary file that may be gone or damaged.
+            MsgBox(e.Text(), Mb::OKOnly | Mb::Critical, QStringLiteral("Paste"));
+        }
         return;
     }
     if (nothingSelected) {

@@ -196,7 +196,7 @@ void frmSaveRecall::cboLookIn_Click()
     if (cboLookIn->currentIndex() < 0)
         return;
     m_folder = ExpandUserName(m_folderTemplate, cboLookIn->currentText());
-    lblCurFolder->setText(m_folder);
+    lblCurFolder->setText(DisplayPath(m_folder));
     const QDir dir(LocalPath(m_folder));
     const QStringList pattern = m_pattern.isEmpty() ? QStringList() : QStringList{m_pattern};
     // Case-blind both in the pattern and in the order, as the host's file system is.

@@ -143,5 +143,6 @@ struct RdfSaveHooks {
 void RdfSaveFile(const QString& path, const RdfReport& report, const RdfSaveHooks& hooks = {});
 
 // Reads and parses a file: FileNotFound (53), PathNotFound (76), FileAccess (75, also for a
-// FIFO, device or anything else that is not a regular file) or the RdfRead errors.
+// FIFO, device or anything else that is not a regular file), the RdfRead errors, or
+// BadFileFormat for a header whose sections are garbled (RdfCheckSections).
 RdfReport RdfLoadFile(const QString& path);

@@ -1,5 +1,6 @@
 // Report files on disk: whole-file load, and saving that never damages the previous file.
 #include "document/RdfFile.h"
+#include "document/RdfSections.h"
 
 #include "entry/SafeFile.h"
 
@@ -46,5 +47,7 @@ RdfReport RdfLoadFile(const QString& path)
             throw RdfError(HostErr::BadFileFormat, QStringLiteral("Bad file format: file of %1 bytes is too large at offset 0").arg(QFileInfo(path).size()));
         rethrow(e);
     }
-    return RdfRead(bytes);
+    RdfReport report = RdfRead(bytes);
+    RdfCheckSections(report);
+    return report;
 }

@@ -137,3 +137,25 @@ void RdfRestorePositions(std::vector<RdfItem>& items, const RdfHeader& header)
         it.top = float(double(it.top) + header.pageFooterTop);
     }
 }
+
+void RdfCheckSections(const RdfReport& report)
+{
+    // Offsets of the header fields checked (version, flags and reserved3 come first).
+    constexpr int kFirstAt = 12, kLastAt = 14, kDetailTopAt = 20, kFooterTopAt = 24;
+    const RdfHeader& h = report.header;
+    const qint64 n = qint64(report.items.size());
+    auto fail = [](const QString& what, int at) {
+        throw RdfError(HostErr::BadFileFormat, QStringLiteral("Bad file format: %1 at offset %2").arg(what).arg(at));
+    };
+    if (h.firstDetailItem < 1 || h.firstDetailItem > n + 1)
+        fail(QStringLiteral("first detail item %1 of %2 items").arg(h.firstDetailItem).arg(n), kFirstAt);
+    if (h.lastDetailItem < h.firstDetailItem - 1 || h.lastDetailItem > n)
+        fail(QStringLiteral("last detail item %1 out of order (first detail item %2, %3 items)")
+                 .arg(h.lastDetailItem).arg(h.firstDetailItem).arg(n),
+             kLastAt);
+    if (h.detailTop < 0)
+        fail(QStringLiteral("detail top %1").arg(h.detailTop), kDetailTopAt);
+    if (h.lastDetailItem < n && double(h.pageFooterTop) < double(h.detailTop) + kBar)
+        fail(QStringLiteral("page footer top %1 above the detail section at %2").arg(h.pageFooterTop).arg(h.detailTop),
+             kFooterTopAt);
+}

@@ -32,3 +32,11 @@ void RdfOrderSections(std::vector<RdfItem>& items, std::vector<int>& zorders, Rd
 // any other item gets the band offset added. Items after lastDetailItem get pageFooterTop
 // added. Header values outside the item range are clamped, never trusted.
 void RdfRestorePositions(std::vector<RdfItem>& items, const RdfHeader& header);
+
+// Before the positions are trusted: refuses, with RdfError HostErr::BadFileFormat
+// ("Bad file format: <what> at offset N", N the offset of the header field), a header whose
+// sections cannot be those of a saved design page: detail items outside 1..count + 1, a last
+// detail item before the first one - 1 or past the count, a negative detail top, or page
+// footer items whose section starts less than one section bar below the detail top. Such a
+// file would otherwise open with its items in the wrong sections and at wrong places.
+void RdfCheckSections(const RdfReport& report);

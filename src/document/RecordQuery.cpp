@@ -1,6 +1,7 @@
 #include "document/RecordQuery.h"
 
 #include "entry/Host.h"
+#include "render/Format.h"
 
 #include <QDateTime>
 
@@ -17,6 +18,23 @@ QString ReplaceHostTokens(QString sql)
 
 QString ValueText(const QVariant& v)
 {
+    switch (v.typeId()) {
+    case QMetaType::QDate:
+    case QMetaType::QDateTime:
+    case QMetaType::QTime:
+        // A Date/Time value reads as the classic engine's text of it: "6/18/2024", "6/18/2024 7:09:45 PM".
+        if (v.isNull())
+            return QString();
+        try {
+            return Format(v, QStringLiteral("General Date"));
+        } catch (const FormatError&) {
+            return v.toString(); // before the year 100: the ISO form rather than nothing
+        }
+    case QMetaType::Bool:
+        return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    default:
+        break;
+    }
     // Whole numbers come back from the database as integers or reals; show them without ".0".
     if (v.typeId() == QMetaType::Double) {
         const double d = v.toDouble();
@@ -29,7 +47,7 @@ QString ValueText(const QVariant& v)
 
 QString NowText()
 {
-    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    return Format(QDateTime::currentDateTime(), QStringLiteral("General Date"));
 }
 
 namespace {

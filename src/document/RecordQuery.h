@@ -14,10 +14,12 @@ namespace RecordQuery {
 // "'~AccessKey~'" becomes the host's access key, "'~UserId~'" the quoted agent id.
 QString ReplaceHostTokens(QString sql);
 
-// A column value as text; whole numbers that arrive as reals lose their ".0".
+// A column value as text, as the classic engine's CStr gives it: whole numbers that arrive as
+// reals lose their ".0", a Date/Time shows in the General Date form ("6/18/2024" when it has no
+// time of day), a Boolean as "True"/"False".
 QString ValueText(const QVariant& value);
 
-// The stamp a date-time item shows.
+// The stamp a date-time item shows: now in the General Date form ("11/23/2026 7:09:45 PM").
 QString NowText();
 
 // The statement that fetches one record: columns (a select list without surrounding commas),

@@ -1,8 +1,16 @@
 // The plain-text dump of a report, for inspection; nothing reads it back.
 #include "document/clsRptControl.h"
 #include "document/VbPrint.h"
+#include "entry/ReportKinds.h"
 
 namespace {
+
+// Colours are 32-bit BGR values that the dump prints as a VB Long does: a system colour
+// (high bit set, 0x8000000F) is negative, -2147483633.
+double signedColour(const QObject* c, const char* name)
+{
+    return double(qint32(clsRptControl::Prop(c, name).toUInt()));
+}
 
 void position(VbPrintWriter& w, const QObject* c)
 {
@@ -16,7 +24,7 @@ void border(VbPrintWriter& w, const QObject* c)
 {
     w.Number(QStringLiteral("   BorderStyle   = "), clsRptControl::Prop(c, "BorderStyle").toInt());
     w.Number(QStringLiteral("   BorderWidth   = "), clsRptControl::Prop(c, "BorderWidth").toDouble(), true);
-    w.Number(QStringLiteral("   BorderColor   = "), clsRptControl::Prop(c, "BorderColor").toUInt());
+    w.Number(QStringLiteral("   BorderColor   = "), signedColour(c, "BorderColor"));
 }
 
 void font(VbPrintWriter& w, const QObject* c)
@@ -30,14 +38,14 @@ void font(VbPrintWriter& w, const QObject* c)
 
 void textColour(VbPrintWriter& w, const QObject* c)
 {
-    w.Number(QStringLiteral("   ForeColor     = "), clsRptControl::Prop(c, "ForeColor").toUInt());
+    w.Number(QStringLiteral("   ForeColor     = "), signedColour(c, "ForeColor"));
     w.Boolean(QStringLiteral("   AllowGrow     = "), clsRptControl::Prop(c, "AllowGrow").toBool());
     w.Boolean(QStringLiteral("   AllowShrink   = "), clsRptControl::Prop(c, "AllowShrink").toBool());
 }
 
 void back(VbPrintWriter& w, const QObject* c)
 {
-    w.Number(QStringLiteral("   BackColor     = "), clsRptControl::Prop(c, "BackColor").toUInt());
+    w.Number(QStringLiteral("   BackColor     = "), signedColour(c, "BackColor"));
     w.Number(QStringLiteral("   SpecialEffect = "), clsRptControl::Prop(c, "SpecialEffect").toInt());
     w.Number(QStringLiteral("   Alignment     = "), clsRptControl::Prop(c, "Alignment").toInt());
 }
@@ -82,7 +90,8 @@ void clsRptControl::DmpReport(const QString& FileName) const
                 w.Number(QStringLiteral("   PhotoSeq      = "), Prop(c, "PhotoSeq").toInt());
                 w.Number(QStringLiteral("   Category      = "), Prop(c, "Category").toInt());
             } else {
-                w.Text(QStringLiteral("   FileName      = "), Prop(c, "FileName").toString());
+                // The path the picture control holds ("~Graphics~" expanded), as this system writes paths.
+                w.Text(QStringLiteral("   FileName      = "), DisplayPath(Prop(c, "FileName").toString()));
             }
             break;
         }

@@ -2,6 +2,7 @@
 #include "document/clsRptControl.h"
 #include "document/RdfFile.h"
 #include "document/RdfSections.h"
+#include "document/RecordQuery.h"
 
 #include "entry/Host.h"
 #include "entry/Prompts.h"
@@ -524,6 +525,7 @@ void clsRptControl::EditCopyControls()
         rep.pictures.push_back(bytes);
     }
     rep.header.pictureCount = qint32(rep.pictures.size());
+    rep.header.lastDetailItem = qint16(rep.items.size()); // one section: the copy keeps absolute tops
     try {
         RdfSaveFile(m_copyBuffer, rep);
         EditControlsPasted = true;
@@ -548,8 +550,8 @@ void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& 
 {
     const QString file = FileName.isEmpty() ? m_copyBuffer : FileName;
     const BusyPointer busy(m_win);
+    RdfReport rep = RdfLoadFile(file); // a file that cannot be read changes nothing
     DirtyFlag = true;
-    RdfReport rep = RdfLoadFile(file);
 
     float minTop = 999999999.f, minLeft = 999999999.f;
     for (const RdfItem& r : rep.items) {
@@ -588,7 +590,7 @@ void clsRptControl::EditPasteControls(const QString& FileName, float& X, float& 
         } else if (rec.ObjectType == ObjType::Image && Prop(c, "DataBound").toBool() && !AutoFillId.isEmpty() && DataView) {
             SetProp(c, "FileName", GetBoundPhotoFile(AutoFillId, Prop(c, "PhotoSeq").toInt(), QString(), Prop(c, "Category").toInt()));
         } else if (rec.ObjectType == ObjType::DateTime) {
-            rec.Text = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+            rec.Text = RecordQuery::NowText();
             SetProp(c, "Text", rec.Text);
         }
         if (m_sel && c)

@@ -76,3 +76,8 @@ QString LocalPath(const QString& hostPath)
         cur += QLatin1Char('/');
     return cur;
 }
+
+QString DisplayPath(const QString& hostPath)
+{
+    return QDir::toNativeSeparators(LocalPath(hostPath));
+}

@@ -27,3 +27,7 @@ QString ExpandUserName(const QString& folderTemplate, const QString& userName);
 // file system: separators become "/", and each component that does not exist as written is
 // matched case-insensitively against what the folder holds.
 QString LocalPath(const QString& hostPath);
+
+// A host path as a user of this system reads it: LocalPath with the platform's separator.
+// For messages, labels and batch output only; what is stored keeps its stored form.
+QString DisplayPath(const QString& hostPath);

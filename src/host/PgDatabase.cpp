@@ -1,4 +1,5 @@
 #include "host/PgDatabase.h"
+#include "host/HostValue.h"
 #include "host/PgSession.h"
 
 #include <libpq-fe.h>
@@ -12,7 +13,8 @@ constexpr qsizetype kMaxRows = 2000000;
 
 // Type oids of the values the host decodes (pg_type.h is a server header).
 enum : Oid { BoolOid = 16, ByteaOid = 17, Int8Oid = 20, Int2Oid = 21, Int4Oid = 23, OidOid = 26,
-             Float4Oid = 700, Float8Oid = 701, NumericOid = 1700 };
+             Float4Oid = 700, Float8Oid = 701, NumericOid = 1700, DateOid = 1082, TimeOid = 1083,
+             TimestampOid = 1114, TimestamptzOid = 1184 };
 
 QString sqlState(const PGresult* r)
 {
@@ -43,8 +45,18 @@ QVariant decode(const PGresult* r, int row, int col)
         return QVariant();
     const char* v = PQgetvalue(r, row, col);
     const int len = PQgetlength(r, row, col);
+    // As on SQLite, only a column of a table is typed by what it was declared: a date column
+    // gives a Date, a Jet yes/no column (a 16-bit -1/0, smallint here) a Boolean.
+    const bool tableColumn = PQftable(r, col) != InvalidOid;
     switch (PQftype(r, col)) {
-    case Int2Oid: case Int4Oid: case Int8Oid: case OidOid:
+    case DateOid: case TimeOid: case TimestampOid: case TimestamptzOid:
+        return tableColumn ? HostValue::Typed(QString::fromUtf8(v, len), HostValue::ColumnType::DateTime)
+                           : QVariant(QString::fromUtf8(v, len));
+    case Int2Oid:
+        if (tableColumn)
+            return HostValue::Typed(QByteArray::fromRawData(v, len).toLongLong(), HostValue::ColumnType::Boolean);
+        return QVariant(QByteArray::fromRawData(v, len).toLongLong());
+    case Int4Oid: case Int8Oid: case OidOid:
         return QVariant(QByteArray::fromRawData(v, len).toLongLong());
     case Float4Oid: case Float8Oid:
         return QVariant(QByteArray::fromRawData(v, len).toDouble());

@@ -1,5 +1,6 @@
 #include "host/PgDemo.h"
 #include "host/PgDatabase.h"
+#include "host/HostValue.h"
 #include "entry/HostError.h"
 
 #include <libpq-fe.h>
@@ -151,7 +152,9 @@ void Load(const QString& sqliteFile, const QString& url, const std::function<voi
             const QString name = text(st, 1);
             const QString type = text(st, 2).toUpper();
             QString pgType = QStringLiteral("text");
-            if (type.contains(QLatin1String("INT")))
+            if (HostValue::TypeOfDeclared(type) == HostValue::ColumnType::Boolean)
+                pgType = QStringLiteral("smallint"); // a Jet yes/no: 16-bit, -1 and 0
+            else if (type.contains(QLatin1String("INT")))
                 pgType = QStringLiteral("bigint");
             else if (type.contains(QLatin1String("REAL")) || type.contains(QLatin1String("FLOA")) || type.contains(QLatin1String("DOUB")))
                 pgType = QStringLiteral("double precision");

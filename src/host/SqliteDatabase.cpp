@@ -1,10 +1,12 @@
 #include "host/SqliteDatabase.h"
+#include "host/HostValue.h"
 #include "host/JetSql.h"
 
 #include <sqlite3.h>
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <vector>
 
 namespace {
 constexpr qsizetype kMaxRows = 2000000;
@@ -115,8 +117,12 @@ std::unique_ptr<Recordset> SqliteDatabase::run(const QString& sqliteSql, const Q
 
     const int cols = sqlite3_column_count(stmt);
     QStringList names;
-    for (int c = 0; c < cols; ++c)
+    std::vector<HostValue::ColumnType> types;
+    for (int c = 0; c < cols; ++c) {
         names << QString::fromUtf8(sqlite3_column_name(stmt, c));
+        // Dates are ISO text and Booleans -1/0 on disk; the declared type says which to hand out typed.
+        types.push_back(HostValue::TypeOfDeclared(QString::fromUtf8(sqlite3_column_decltype(stmt, c))));
+    }
     QList<QVariantList> rows;
     qint64 resultBytes = 0;
     for (;;) {
@@ -149,6 +155,8 @@ std::unique_ptr<Recordset> SqliteDatabase::run(const QString& sqliteSql, const Q
             default:
                 row << QVariant(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, c)), sqlite3_column_bytes(stmt, c)));
             }
+            if (types[size_t(c)] != HostValue::ColumnType::Other)
+                row.last() = HostValue::Typed(row.last(), types[size_t(c)]);
         }
         rows.append(std::move(row));
     }

@@ -1,4 +1,5 @@
 #include "properties/frmRptProperties.h"
+#include "entry/ReportKinds.h"
 
 #include "document/clsRptControl.h"
 #include "entry/Host.h"
@@ -320,7 +321,7 @@ void frmRptProperties::ShowEditorValue(const Row& row, const QList<QObject*>& se
     case P::DataField: static_cast<QComboBox*>(ed)->setEditText(m_doc->DataField()); return;
     case P::CustomSQL: static_cast<QLineEdit*>(ed)->setText(m_doc->CustomSQL()); return;
     case P::Expression: static_cast<QLineEdit*>(ed)->setText(m_doc->DataFormat()); return;
-    case P::FileName: static_cast<QLineEdit*>(ed)->setText(m_doc->ItemFileName()); return;
+    case P::FileName: static_cast<QLineEdit*>(ed)->setText(DisplayPath(m_doc->ItemFileName())); return;
     case P::Format: {
         auto* list = static_cast<QComboBox*>(ed);
         list->clear();
@@ -446,7 +447,7 @@ void frmRptProperties::ShowValue(const QString& box, const QVariant& value)
         box == QLatin1String("Height") || box == QLatin1String("SectionSpacing")) {
         static_cast<NumberEdit*>(m_editors.value(QStringLiteral("fp") + box))->SetValue(value);
     } else if (box == QLatin1String("FileName")) {
-        edit("txtFileName")->setText(value.toString());
+        edit("txtFileName")->setText(DisplayPath(value.toString()));
     } else if (box == QLatin1String("CustomSQL")) {
         edit("txtCustomSQL")->setText(value.toString());
     } else if (box == QLatin1String("DataFormat")) {

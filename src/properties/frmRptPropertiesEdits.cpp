@@ -173,7 +173,7 @@ void frmRptProperties::ReadBack(QWidget* editor, SheetProp prop)
     if (auto* edit = qobject_cast<NumberEdit*>(editor))
         edit->SetValue(prop == SheetProp::BackColor ? QVariant(qint32(v.toUInt())) : v);
     else if (auto* box = qobject_cast<QLineEdit*>(editor))
-        box->setText(v.toString());
+        box->setText(prop == SheetProp::FileName ? DisplayPath(v.toString()) : v.toString());
 }
 
 void frmRptProperties::FixedListClicked(QComboBox* list)
@@ -216,7 +216,11 @@ void frmRptProperties::WriteProperty(SheetProp prop, const QVariant& value)
     case P::AllowGrow: d.SetAllowGrow(value.toBool()); break;
     case P::Category: d.SetCategory(i); break;
     case P::PhotoSeq: d.SetPhotoSeq(i); break;
-    case P::FileName: d.SetItemFileName(value.toString()); break;
+    case P::FileName:
+        // The box shows the path as this system writes it: leaving it unchanged keeps the stored form.
+        if (value.toString() != DisplayPath(d.ItemFileName()))
+            d.SetItemFileName(value.toString());
+        break;
     case P::FontName: d.SetFontName(value.toString()); break;
     case P::FontSize: d.SetFontsize(f); break;
     case P::FontBold: d.SetFontBold(value.toBool()); break;

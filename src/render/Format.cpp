@@ -95,7 +95,7 @@ const char* namedPattern(Named n)
     case Named::Standard: return "#,##0.00";
     case Named::Percent: return "0.00%";
     case Named::Scientific: return "0.00E+00";
-    case Named::LongDate: return "dddd, mmmm dd, yyyy";
+    case Named::LongDate: return "dddd, mmmm d, yyyy";
     case Named::MediumDate: return "dd-mmm-yy";
     case Named::ShortDate: return "m/d/yyyy";
     case Named::LongTime: return "h:mm:ss AM/PM";

@@ -61,7 +61,7 @@ QString longDate(const Parts& p)
 {
     return QStringLiteral("%1, %2 %3, %4")
         .arg(QLatin1String(kDayNames[p.weekday() - 1]), QLatin1String(kMonthNames[p.date.month() - 1]),
-             two(p.date.day()))
+             QString::number(p.date.day()))
         .arg(p.date.year());
 }
 

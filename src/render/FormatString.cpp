@@ -62,9 +62,9 @@ QString formatStringSection(const std::vector<FmtChar>& toks, const QString& val
             continue;
         if (t.ch == QLatin1Char('!'))
             leftToRight = true;
-        else if (t.ch == QLatin1Char('<'))
-            caseMode = -1;
-        else if (t.ch == QLatin1Char('>'))
+        else if (t.ch == QLatin1Char('<') && caseMode == 0)
+            caseMode = -1; // with both < and >, the first one wins
+        else if (t.ch == QLatin1Char('>') && caseMode == 0)
             caseMode = 1;
         else if (t.ch == QLatin1Char('@') || t.ch == QLatin1Char('&'))
             ++placeholders;
@@ -85,11 +85,13 @@ QString formatStringSection(const std::vector<FmtChar>& toks, const QString& val
         return out;
     }
 
-    // Each placeholder gets one character; the text left over goes to the first placeholder
-    // filled last (the leftmost from the right, the rightmost from the left): nothing is lost.
+    // With at least as many placeholders as characters, the text fills from the right (from
+    // the left after "!") and missing characters show as a blank for @, nothing for &. With
+    // more characters, each placeholder takes one from the left and the last placeholder takes
+    // the rest, whichever the direction: "testing" with \x@\x@ is "xtxesting".
     std::vector<QString> fill(toks.size());
     const qsizetype n = text.size();
-    if (leftToRight) {
+    if (leftToRight || n > placeholders) {
         qsizetype next = 0;
         int seen = 0;
         for (size_t k = 0; k < toks.size(); ++k) {
@@ -104,16 +106,14 @@ QString formatStringSection(const std::vector<FmtChar>& toks, const QString& val
         }
     } else {
         qsizetype next = n - 1;
-        int seen = 0;
         for (size_t k = toks.size(); k-- > 0;) {
             if (!isPlaceholder(toks[k]))
                 continue;
-            ++seen;
             if (next >= 0)
-                fill[k] = seen == placeholders ? text.left(next + 1) : QString(text[next]);
+                fill[k] = QString(text[next]);
             else if (toks[k].ch == QLatin1Char('@'))
                 fill[k] = QStringLiteral(" ");
-            next = seen == placeholders ? -1 : next - 1;
+            --next;
         }
     }
     QString out;

@@ -6,11 +6,13 @@
 #include "document/clsRptControl.h"
 #include "host/DemoData.h"
 #include "host/EmbeddedHost.h"
+#include "host/SqliteDatabase.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -171,6 +173,95 @@ private slots:
         r = RunPagewright({"dump", dir.filePath("missing.rdf"), dump});
         QCOMPARE(r.code, 1);
         QVERIFY(r.err.contains("Report Designer File error: Error: 53"));
+    }
+
+    // A box in system colours and a picture from the graphics folder: the dump prints colours
+    // as a VB Long (signed) and the picture's expanded file; the data view lists that file as
+    // a path of this system, never with backslashes.
+    void dumpPrintsSignedColoursAndTheExpandedPictureFile()
+    {
+        gHost = host.get();
+        const QString file = dir.filePath("colours.rdf");
+        {
+            OffscreenPage page;
+            clsRptControl doc;
+            doc.Init(dic.get(), &page, nullptr);
+            doc.SetSelectionManager(&page);
+            doc.AddNew(ObjType::Box, "Unbound", 0);
+            clsRptControl::SetProp(doc.UserControl(), "BorderColor", 0x8000000Fu);
+            clsRptControl::SetProp(doc.UserControl(), "BackColor", 0x80000005u);
+            doc.AddNew(ObjType::Image, "Unbound", 0);
+            clsRptControl::SetProp(doc.UserControl(), "FileName", QStringLiteral("~Graphics~OF02.bmp"));
+            QVERIFY(doc.SaveReport(file, false));
+            doc.UnloadReport();
+        }
+        gHost = nullptr;
+        QCOMPARE(RdfLoadFile(file).items[1].formatOrFile, QStringLiteral("~Graphics~OF02.bmp")); // stored form kept
+
+        const QString dump = dir.filePath("colours.txt");
+        AppRun r = RunPagewright({"dump", file, dump, "--data", data});
+        QVERIFY2(r.code == 0, qPrintable(r.err));
+        const QString text = QString::fromLatin1(readAll(dump));
+        QVERIFY2(text.contains("   BorderColor   = -2147483633 \r\n   BackColor     = -2147483643 \r\n"), qPrintable(text));
+        const QString picture = QDir(data).filePath("Graphics/OF02.bmp");
+        QVERIFY2(text.contains("   DataBound     = False\r\n   FileName      = " + picture + "\r\nEnd\r\n"), qPrintable(text));
+
+        r = RunPagewright({"dataview", file, "--key", "240001", "--data", data});
+        QVERIFY2(r.code == 0, qPrintable(r.err));
+        QCOMPARE(parse(r.out)["Image1"], qMakePair(QString("Image"), picture));
+    }
+
+    // Unformatted, a Date column reads as a short date and a Boolean as True/False, as the
+    // classic engine gives them; a date-time stamp without a format is in the General Date form.
+    void dataviewShowsDatesAndBooleansAsTheClassicEngine()
+    {
+        gHost = host.get();
+        const QString file = dir.filePath("typed.rdf");
+        {
+            OffscreenPage page;
+            clsRptControl doc;
+            doc.Init(dic.get(), &page, nullptr);
+            doc.SetSelectionManager(&page);
+            float top = 100;
+            for (const auto& [id, name] : std::vector<std::pair<int, QString>>{{3, "ListDate"}, {26, "Pool"}}) {
+                doc.AddNew(ObjType::Field, name, id);
+                clsRptControl::SetProp(doc.UserControl(), "Top", top += 400);
+                clsRptControl::SetProp(doc.UserControl(), "DataFormat", QString());
+            }
+            doc.AddNew(ObjType::DateTime, "Unbound", 0);
+            clsRptControl::SetProp(doc.UserControl(), "Top", top += 400);
+            clsRptControl::SetProp(doc.UserControl(), "DataFormat", QString());
+            QVERIFY(doc.SaveReport(file, false));
+            doc.UnloadReport();
+        }
+        gHost = nullptr;
+        const QString key = "240001";
+        auto raw = host->Sqlite().RunNative("SELECT ListDate || '', Pool + 0 FROM Listings WHERE ListNum = " + key);
+        const QDate listed = QDate::fromString(raw->Fields(0).toString(), Qt::ISODate);
+        QVERIFY(listed.isValid());
+        const AppRun r = RunPagewright({"dataview", file, "--key", key, "--data", data});
+        QVERIFY2(r.code == 0, qPrintable(r.err));
+        const auto items = parse(r.out);
+        QCOMPARE(items["ListDate"].second, QStringLiteral("%1/%2/%3").arg(listed.month()).arg(listed.day()).arg(listed.year()));
+        QCOMPARE(items["Pool"].second, raw->Fields(1).toInt() ? QString("True") : QString("False"));
+        const QString stamp = items["DateTime1"].second;
+        QVERIFY2(QRegularExpression("^\\d{1,2}/\\d{1,2}/\\d{4}( \\d{1,2}:\\d\\d:\\d\\d [AP]M)?$").match(stamp).hasMatch(), qPrintable(stamp));
+
+        // The sql command shows the same typed values.
+        const AppRun sql = RunPagewright({"sql", "--data", data, "--kind", "1", "SELECT ListDate, Pool FROM Listings WHERE ListNum = " + key});
+        QVERIFY2(sql.code == 0, qPrintable(sql.err));
+        QVERIFY2(sql.out.contains(items["ListDate"].second + " ") && sql.out.contains(items["Pool"].second), qPrintable(sql.out));
+        QVERIFY2(sql.out.endsWith("\n(1 row)\n"), qPrintable(sql.out));
+    }
+
+    void anEmptyKeyIsNamedNotJustTheUsage()
+    {
+        for (const QString& key : {QString(), QStringLiteral("  ")}) {
+            const AppRun r = RunPagewright({"dataview", report, "--key", key, "--data", data});
+            QCOMPARE(r.code, 2);
+            QVERIFY2(r.err.contains("The key given with --key is empty"), qPrintable(r.err));
+            QVERIFY(!r.err.contains("usage:"));
+        }
     }
 };
 

@@ -36,6 +36,13 @@ private slots:
         auto rs = host->Database().OpenRecordset(1, "SELECT City FROM Listings WHERE ListNum = " + key + ";", 3, 1, 1);
         const QString city = rs->Fields(0).toString();
         for (const QString& file : written) {
+            // Every item has a name of its own: the designer's object list shows them.
+            QSet<QString> names;
+            for (const RdfItem& it : RdfLoadFile(file).items) {
+                QVERIFY2(!it.name.isEmpty(), qPrintable(file + ": an item without a name, text " + it.text));
+                QVERIFY2(!names.contains(it.name.toLower()), qPrintable(file + ": " + it.name + " twice"));
+                names.insert(it.name.toLower());
+            }
             ReportEngine engine;
             engine.Load(file);
             QVERIFY(engine.Run({key}));

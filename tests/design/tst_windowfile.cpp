@@ -278,6 +278,63 @@ private slots:
         QCOMPARE(w->windowTitle(), QStringLiteral("Report/Flyer Designer - Untitled"));
     }
 
+    // A header whose sections are out of order (here: the page footer starts above the detail)
+    // would open with items in the wrong sections: it is refused as a bad file format.
+    void garbledSectionHeaderIsRefused()
+    {
+        WindowTestHost host;
+        const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/garbled.rdf"));
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1800, 1200});
+        Draw(*w, "tbInsertRectangle", {600, 1800}, {1800, 2400});
+        host.prompts.files.push_back(file);
+        Tool(*w, "miSave");
+        QByteArray bytes;
+        {
+            QFile f(file);
+            QVERIFY(f.open(QIODevice::ReadOnly));
+            bytes = f.readAll();
+        }
+        QCOMPARE(bytes.mid(14, 2), QByteArray("\x02\x00", 2)); // last detail item: both boxes are detail
+        bytes[14] = 1;                                          // now the second box would be page footer, at 0
+        {
+            QFile f(file);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(bytes);
+        }
+        Tool(*w, "new");
+        Draw(*w, "tbInsertLabel", {600, 600}, {1800, 900});
+        w->Document().DirtyFlag = false;
+        host.prompts.files.push_back(file);
+        Tool(*w, "Open");
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Report Designer File error"));
+        QCOMPARE(host.prompts.asked[0].prompt,
+                 QStringLiteral("Error: 321 - Bad file format: page footer top 0 above the detail section at 0 at offset 24\nFile: ") + file);
+        QCOMPARE(w->Document().RptItemCount(), 1); // the open report stays as it was
+        QCOMPARE(w->Document().Item(1).ObjectType, ObjType::Label);
+    }
+
+    // The copy buffer is a temporary file; when it is gone (a cleaned /tmp) Paste says so
+    // instead of taking the program down, and the report is left as it was.
+    void pasteWithTheCopyBufferGoneSaysSo()
+    {
+        WindowTestHost host;
+        auto w = Open();
+        Draw(*w, "tbInsertRectangle", {600, 600}, {1800, 1200});
+        Tool(*w, "miCopy");
+        w->Document().DirtyFlag = false;
+        QVERIFY(QFile::remove(w->Document().CopyBufferFile()));
+        Tool(*w, "miPaste");
+        QCOMPARE(host.prompts.asked.size(), size_t(1));
+        QCOMPARE(host.prompts.asked[0].title, QStringLiteral("Paste"));
+        QCOMPARE(host.prompts.asked[0].buttons, Mb::OKOnly | Mb::Critical);
+        QVERIFY2(host.prompts.asked[0].prompt.startsWith(QStringLiteral("Error: 53 - File not found: ")),
+                 qPrintable(host.prompts.asked[0].prompt));
+        QCOMPARE(w->Document().RptItemCount(), 1);
+        QVERIFY(!w->Document().DirtyFlag);
+    }
+
     void screenshotOfPopulatedWindow()
     {
         WindowTestHost host;

@@ -80,9 +80,12 @@ private slots:
         QCOMPARE(Listed(d), QStringList({"Alpha", "beta", "my.report"}));
         QCOMPARE(d.Folder(), f.hostRoot + "Users\\bob\\Reports\\Listings\\");
         QVERIFY(!d.cmdOk->isEnabled());
+        // The folder is shown as this system writes paths; Folder() keeps the host's form.
+        QCOMPARE(d.lblCurFolder->text(), QDir::toNativeSeparators(f.dir.path() + "/Users/bob/Reports/Listings/"));
 
         d.cboLookIn->setCurrentIndex(1);
         QCOMPARE(Listed(d), QStringList{"Flyer"});
+        QCOMPARE(d.lblCurFolder->text(), QDir::toNativeSeparators(f.dir.path() + "/Users/Templates/Reports/Listings/"));
         ClickEntry(d, "Flyer");
         QCOMPARE(d.txtFileName->text(), QString("Flyer"));
         QVERIFY(d.cmdOk->isEnabled());

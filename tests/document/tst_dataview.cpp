@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -203,6 +204,34 @@ private slots:
         f.doc.ClearDataView();
         QCOMPARE(f.ctl(1)->Text, QString());
         QCOMPARE(f.doc.Item(1).Text, QString());
+    }
+
+    // A host hands out typed values; a field shows them as the classic engine's text of them,
+    // and a date-time stamp is in the General Date form, never ISO.
+    void typedValuesShowAsTheClassicEngineShowsThem()
+    {
+        Fixture f;
+        f.doc.DataView = true;
+        f.dic.fields.push_back({10, "ListDate", 8});
+        f.dic.fields.push_back({11, "Pool", 1});
+        f.dic.fields.push_back({12, "Shown", 8});
+        f.dic.fields.push_back({13, "OpenAt", 8});
+        TestControl* date = f.field(10, "ListDate");
+        TestControl* pool = f.field(11, "Pool");
+        TestControl* stamp = f.field(12, "Shown");
+        TestControl* time = f.field(13, "OpenAt");
+        TestControl* now = f.add(ObjType::DateTime);
+        f.host.db.answer = [](const QString&) {
+            return row({"ListDate", "Pool", "Shown", "OpenAt"},
+                       {QDate(2024, 6, 18), false, QDateTime(QDate(2026, 11, 23), QTime(19, 9, 45), Qt::UTC), QTime(9, 0)});
+        };
+        QVERIFY(f.doc.RefreshData("1001"));
+        QCOMPARE(date->Text, QString("6/18/2024"));
+        QCOMPARE(pool->Text, QString("False"));
+        QCOMPARE(stamp->Text, QString("11/23/2026 7:09:45 PM"));
+        QCOMPARE(time->Text, QString("9:00:00 AM"));
+        QVERIFY2(QRegularExpression("^\\d{1,2}/\\d{1,2}/\\d{4}( \\d{1,2}:\\d\\d:\\d\\d [AP]M)?$").match(now->Text).hasMatch(),
+                 qPrintable(now->Text));
     }
 
     void emptyLongDecodeTakesSecondColumn()

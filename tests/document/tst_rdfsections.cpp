@@ -199,6 +199,69 @@ private slots:
         QVERIFY(none.empty());
     }
 
+    // Every header the section pass writes passes the check; garbled ones are refused with
+    // the field and its offset, before any item is placed.
+    void garbledSectionsAreRefused_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<int>("detailTop");
+        QTest::addColumn<int>("footerTop");
+        QTest::addColumn<QString>("message"); // empty: accepted
+        // Four items.
+        QTest::newRow("only detail") << 1 << 4 << 0 << 0 << "";
+        QTest::newRow("header, detail, footer") << 2 << 3 << 1280 << 6000 << "";
+        QTest::newRow("all page header") << 5 << 4 << 1280 << 0 << "";
+        QTest::newRow("footer one bar below the detail") << 1 << 2 << 0 << 220 << "";
+        QTest::newRow("footer above the detail") << 2 << 3 << 2000 << 100
+            << "Bad file format: page footer top 100 above the detail section at 2000 at offset 24";
+        QTest::newRow("footer inside the detail bar") << 1 << 3 << 1000 << 1100
+            << "Bad file format: page footer top 1100 above the detail section at 1000 at offset 24";
+        QTest::newRow("first detail item 0") << 0 << 4 << 0 << 0 << "Bad file format: first detail item 0 of 4 items at offset 12";
+        QTest::newRow("first detail item past the end") << 6 << 4 << 0 << 0 << "Bad file format: first detail item 6 of 4 items at offset 12";
+        QTest::newRow("last before first") << 3 << 1 << 500 << 0
+            << "Bad file format: last detail item 1 out of order (first detail item 3, 4 items) at offset 14";
+        QTest::newRow("last past the end") << 1 << 9 << 0 << 0
+            << "Bad file format: last detail item 9 out of order (first detail item 1, 4 items) at offset 14";
+        QTest::newRow("negative detail top") << 2 << 4 << -220 << 0 << "Bad file format: detail top -220 at offset 20";
+    }
+    void garbledSectionsAreRefused()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(int, detailTop);
+        QFETCH(int, footerTop);
+        QFETCH(QString, message);
+        RdfReport r;
+        r.items = {item("A", 10), item("B", 20), item("C", 30), item("D", 40)};
+        r.header.firstDetailItem = qint16(first);
+        r.header.lastDetailItem = qint16(last);
+        r.header.detailTop = detailTop;
+        r.header.pageFooterTop = footerTop;
+        QString got;
+        try {
+            RdfCheckSections(r);
+        } catch (const RdfError& e) {
+            QCOMPARE(e.Number(), int(HostErr::BadFileFormat));
+            got = e.Description();
+        }
+        QCOMPARE(got, message);
+    }
+
+    void whatTheSectionPassWritesIsAccepted()
+    {
+        for (const auto& [hasHeader, hasFooter] : {std::pair{false, false}, {true, false}, {true, true}}) {
+            Ordered o = order({item("H", 100), item("D", 1500), item("F", 7000), item("G", 7200)}, 1480, 6400, hasHeader, hasFooter);
+            RdfReport r;
+            r.items = o.items;
+            r.header = o.header;
+            RdfCheckSections(r); // throws on failure
+        }
+        RdfReport empty;
+        empty.header.lastDetailItem = 0;
+        RdfCheckSections(empty);
+    }
+
     void rejectsWhatTheFileCannotHold()
     {
         std::vector<RdfItem> items(2);

@@ -154,7 +154,7 @@ private slots:
         QTest::newRow("missing record") << "missing" << 1 << "999999 Not Found\n" << "";
         QTest::newRow("damaged file") << "damaged" << 1 << "" << "Report Designer File error: Error: 321 - Bad file format: end of file in header at offset 4";
         QTest::newRow("no key") << "nokey" << 2 << "" << "usage: pagewright render";
-        QTest::newRow("empty key") << "emptykey" << 2 << "" << "The record key is empty: give --key a listing number (or another record key)";
+        QTest::newRow("empty key") << "emptykey" << 2 << "" << "The key given with --key is empty: give a record key, e.g. --key 240001.";
         QTest::newRow("two sources") << "twosources" << 2 << "" << "Give only one of --key, --keys-file, --where and --all";
         QTest::newRow("bad shard") << "badshard" << 2 << "" << "--shard wants I/N with 1 <= I <= N, e.g. --shard 2/8; not '4/3'";
         QTest::newRow("bad paper") << "badpaper" << 2 << "" << "Unknown paper 'B7'";

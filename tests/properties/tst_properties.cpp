@@ -8,6 +8,9 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QDir>
+#include <QImage>
+#include <QTemporaryDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -396,6 +399,34 @@ private slots:
         QCOMPARE(s.ctl(pic)->property("FileName").toString(), "/pictures/house.jpg");
         QCOMPARE(s.w<QLineEdit>("txtFileName")->text(), "/pictures/house.jpg");
         QTRY_VERIFY(s.w<QLineEdit>("txtFileName")->hasFocus());
+    }
+
+    // The picture's file is shown as this system writes paths; committing the box unchanged
+    // keeps the stored (host) form, and Escape shows it the same way again.
+    void pictureFileShowsThePlatformSeparator()
+    {
+        Sheet s;
+        QTemporaryDir dir;
+        const QString local = dir.filePath("house.png");
+        QImage img(4, 4, QImage::Format_RGB32);
+        img.fill(Qt::red);
+        QVERIFY(img.save(local));
+        const QString host = QString(local).replace('/', '\\');
+        const int pic = s.add(5, 0, 0);
+        s.select({pic});
+        s.doc.SetItemFileName(host);
+        QLineEdit* box = s.w<QLineEdit>("txtFileName");
+        QCOMPARE(box->text(), QDir::toNativeSeparators(local));
+        s.select({pic});
+        QCOMPARE(box->text(), QDir::toNativeSeparators(local));
+        s.focus(box);
+        QTest::keyClick(box, Qt::Key_Return);
+        QCOMPARE(s.ctl(pic)->property("FileName").toString(), host);
+        QTest::keyClick(box, Qt::Key_End);
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QTest::keyClick(box, Qt::Key_Escape);
+        QCOMPARE(box->text(), QDir::toNativeSeparators(local));
+        QVERIFY(s.prompts.asked.empty());
     }
 
     void toolWindowLife()
