@@ -106,7 +106,7 @@ void RptImage::SetFileName(const QString& path)
     }
     Layout();
     // A bound picture without a photo for the record still shows where the photo goes.
-    m_holderVisible = m_picture.isNull() && m_dataBound;
+    m_holderVisible = !m_picture && m_dataBound;
     m_imageVisible = !m_holderVisible;
     update();
     emit PropertyChanged(QStringLiteral("FileName"));
