@@ -71,7 +71,9 @@ OutputFile::OutputFile(const QString& path, const OutputHooks& hooks)
 {
     const QFileInfo info(path);
     RequireFolder(info.absolutePath());
-    if (info.isDir())
+    // Output goes to a temporary file renamed over the target: a folder, pipe or device in its
+    // place is refused rather than replaced.
+    if (info.exists() && !info.isFile())
         throw HostError(HostErr::FileAccess, QStringLiteral("Path/File access error: ") + native(path));
     m_file = std::make_unique<QSaveFile>(path);
     if (!m_file->open(QIODevice::WriteOnly))

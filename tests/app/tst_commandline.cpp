@@ -59,7 +59,12 @@ private slots:
         QCOMPARE(r.code, 2);
         QCOMPARE(r.err, QStringLiteral("pagewright: --database needs a URL such as postgresql://USER@HOST:5432/DB\n"));
         // A server that is not there: the work fails (1), the password stays out of the message.
+        // The folder still holds the identity (host.ini); the data is on the server.
         QTemporaryDir dir;
+        QFile ini(dir.filePath("host.ini"));
+        QVERIFY(ini.open(QIODevice::WriteOnly));
+        ini.write("[Host]\nUserName=JCarter\n");
+        ini.close();
         r = RunPagewright({"sql", "--data", dir.path(), "--database", "postgresql://agent:s3cret@/db?host=/nonexistent/pw", "--kind", "1", "SELECT 1"});
         QCOMPARE(r.code, 1);
         QVERIFY2(r.err.contains(QLatin1String("3151")) && r.err.contains(QLatin1String("postgresql://agent@/db?host=/nonexistent/pw")), qPrintable(r.err));

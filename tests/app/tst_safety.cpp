@@ -73,6 +73,7 @@ QByteArray labelsReport()
         it.width = 3000;
         r.items.push_back(it);
     }
+    r.header.lastDetailItem = qint16(r.items.size()); // every label in the detail section
     return RdfWrite(r);
 }
 
@@ -232,6 +233,7 @@ private slots:
         pic.width = 1440;
         pic.formatOrFile = fifo;
         r.items.push_back(pic);
+        r.header.lastDetailItem = 1;
         const QString report = dir.filePath("Picture.rdf");
         writeFile(report, RdfWrite(r));
         const QList<QStringList> commands = {{"dump", report, dir.filePath("d.txt")},
