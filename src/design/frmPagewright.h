@@ -14,6 +14,8 @@
 #include <QPointer>
 #include <memory>
 
+struct ReportRunRequest;
+
 class CommandBar;
 class DesignHistory;
 class ZoomController;
@@ -178,6 +180,8 @@ private:
     // installed report engine (asking for the record first when there is none).
     void PrintCommand(bool preview, bool printDialog);
     void PrintManyCommand(); // File > Print Many
+    bool ReportHasItems(); // says so when there is nothing to print
+    void RunOnPrintCopy(ReportRunRequest request);
     // A report file to open or save as: the component's file dialog when one is installed,
     // else a plain file chooser on the kind's folder. "" when cancelled.
     QString ChooseReportFile(bool saveMode) const;

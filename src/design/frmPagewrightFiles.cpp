@@ -203,13 +203,17 @@ void frmPagewright::NewReport()
     UpdateCaption();
 }
 
-void frmPagewright::PrintCommand(bool preview, bool printDialog)
+bool frmPagewright::ReportHasItems()
 {
-    if (m_doc->RptItemCount() == 0) {
-        MsgBox(QStringLiteral("There is nothing on the report to print."), Mb::OKOnly | Mb::Information,
-               QStringLiteral("Report/Flyer Designer"));
-        return;
-    }
+    if (m_doc->RptItemCount() > 0)
+        return true;
+    MsgBox(QStringLiteral("There is nothing on the report to print."), Mb::OKOnly | Mb::Information,
+           QStringLiteral("Report/Flyer Designer"));
+    return false;
+}
+
+void frmPagewright::RunOnPrintCopy(ReportRunRequest request)
+{
     const QString file = clsTempFile::FileName(QStringLiteral("~QR"));
     if (file.isEmpty()) {
         FileError(QDir::tempPath(), HostErr::PathNotFound, QStringLiteral("Cannot make a temporary file"));
@@ -220,11 +224,6 @@ void frmPagewright::PrintCommand(bool preview, bool printDialog)
         QString path;
         ~Cleanup() { QFile::remove(path); }
     } cleanup{file};
-    if (m_doc->AutoFillId.isEmpty()) {
-        if (!PropertyPrompt(*m_doc, QString()) || m_doc->AutoFillId.isEmpty())
-            return;
-        UpdateCaption();
-    }
     const bool dirty = m_doc->DirtyFlag;
     bool saved = false;
     {
@@ -234,13 +233,25 @@ void frmPagewright::PrintCommand(bool preview, bool printDialog)
     m_doc->DirtyFlag = dirty;
     if (!saved)
         return;
-    ReportRunRequest request;
     request.file = file;
-    request.key = m_doc->AutoFillId;
     request.title = QFileInfo(m_reportFileTitle).completeBaseName();
     request.databaseKind = m_dic ? m_dic->DatabaseKind() : DictionaryKindOf(m_menuSwitch);
     request.newPagePerRecord = m_doc->NewPage;
+    RunReportFile(this, request);
+}
+
+void frmPagewright::PrintCommand(bool preview, bool printDialog)
+{
+    if (!ReportHasItems())
+        return;
+    if (m_doc->AutoFillId.isEmpty()) {
+        if (!PropertyPrompt(*m_doc, QString()) || m_doc->AutoFillId.isEmpty())
+            return;
+        UpdateCaption();
+    }
+    ReportRunRequest request;
+    request.key = m_doc->AutoFillId;
     request.preview = preview;
     request.printDialog = printDialog;
-    RunReportFile(this, request);
+    RunOnPrintCopy(request);
 }
