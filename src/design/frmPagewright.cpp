@@ -76,10 +76,15 @@ frmPagewright::frmPagewright(QWidget* parent)
         tools << QStringLiteral("miPrintSetup");
     m_bar->SetImplemented(tools);
     // Wide enough for the top tool bars: a tool pushed into the overflow menu is a tool lost.
-    int barsWidth = 0;
+    // Bars share a row until a break (the arrange tools sit beside the formatting ones).
+    int barsWidth = 0, rowWidth = 0;
     for (QToolBar* b : findChildren<QToolBar*>())
-        if (toolBarArea(b) == Qt::TopToolBarArea)
-            barsWidth = std::max(barsWidth, b->sizeHint().width());
+        if (toolBarArea(b) == Qt::TopToolBarArea) {
+            if (toolBarBreak(b))
+                rowWidth = 0;
+            rowWidth += b->sizeHint().width();
+            barsWidth = std::max(barsWidth, rowWidth);
+        }
     resize(std::max(width(), barsWidth + 2 * style()->pixelMetric(QStyle::PM_ToolBarHandleExtent)), height());
     m_page = new DesignPage(this);
     setCentralWidget(m_page);
