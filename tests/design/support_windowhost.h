@@ -2,6 +2,7 @@
 // A host over a real temporary folder, for testing the design window: AppPath and UserPath
 // point into it, so User.ini and the report folders are real files.
 #include "design/frmPagewright.h"
+#include "design/Zoom.h"
 #include "entry/Host.h"
 #include "entry/Prompts.h"
 
@@ -10,12 +11,14 @@
 #include "document/clsRptControl.h"
 
 #include <QAction>
+#include <QBackingStore>
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
 #include <QtTest>
 #include <QTemporaryDir>
 #include <memory>
+#include <qpa/qplatformbackingstore.h>
 
 class WindowTestMainForm : public HostMainForm {
 public:
@@ -94,6 +97,19 @@ inline Window Open(int kind = 1, int job = 7)
 }
 
 inline QWidget* Viewport(frmPagewright& w) { return w.Page().View()->viewport(); }
+
+// What the window shows of `widget` now, stale paint included: its window's backing store, not a
+// fresh rendering as grab() makes. Compared with grab(), it finds areas nobody repainted.
+inline QImage OnScreen(QWidget* widget)
+{
+    QWidget* top = widget->window();
+    QPlatformBackingStore* store = top->backingStore() ? top->backingStore()->handle() : nullptr;
+    if (!store)
+        return {};
+    const qreal dpr = top->devicePixelRatio();
+    const QRect r(widget->mapTo(top, QPoint(0, 0)) * dpr, widget->size() * dpr);
+    return store->toImage().copy(r).convertToFormat(QImage::Format_RGB32);
+}
 
 // The page point under the pixel nearest to p: what a real click there delivers.
 inline QPointF Actual(frmPagewright& w, QPointF p) { return w.Page().PagePoint(w.Page().ViewportPixel(p)); }

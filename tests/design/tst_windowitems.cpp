@@ -226,24 +226,56 @@ private slots:
         QCOMPARE(w->Document().RptItemCount(), 1);
     }
 
+    void textIsPaintedInPlaceAfterAnInPlaceEdit_data()
+    {
+        QTest::addColumn<int>("zoom");
+        QTest::addColumn<int>("alignment"); // 0 left, 1 right, 2 centre
+        QTest::addColumn<int>("ending");    // 0 Return, 1 a click on the page, 2 a click on another item
+        for (int zoom : {100, 200})
+            for (int alignment : {0, 1, 2})
+                for (int ending : {0, 1, 2})
+                    QTest::addRow("%d%% align %d end %d", zoom, alignment, ending) << zoom << alignment << ending;
+    }
+
+    // The editor shows the end of a long text (scrolled), and once it closes the window must show
+    // the item painted where it is, not what the editor left on the screen.
     void textIsPaintedInPlaceAfterAnInPlaceEdit()
     {
+        QFETCH(int, zoom);
+        QFETCH(int, alignment);
+        QFETCH(int, ending);
         WindowTestHost host;
         auto w = Open();
+        w->Zoom().SetPercent(zoom);
         Draw(*w, "tbInsertLabel", {1440, 600}, {4320, 900});
-        TypeLabel(*w, QStringLiteral("WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW"));
+        TypeLabel(*w, QStringLiteral("Open House this Sunday from one to four, refreshments served"));
+        Draw(*w, "tbInsertLabel", {1440, 2400}, {4320, 2700});
+        TypeLabel(*w, QStringLiteral("Other"));
         QObject* label = Control(*w, 1);
+        clsRptControl::SetProp(label, "Alignment", alignment);
         Click(*w, {8000, 8000});
-        QApplication::processEvents();
-        const QImage before = Viewport(*w)->grab().toImage();
-        Click(*w, Geometry(label).center());
-        Click(*w, Geometry(label).center());
+        const QPointF centre = Geometry(label).center();
+        Click(*w, centre);
+        Click(*w, centre);
         QVERIFY(w->TextEditor()->isVisible());
         QTest::keyClick(w->TextEditor(), Qt::Key_End);
-        QTest::keyClick(w->TextEditor(), Qt::Key_Return);
-        Click(*w, {8000, 8000});
-        QApplication::processEvents();
-        QCOMPARE(Viewport(*w)->grab().toImage(), before);
+        QTest::keyClicks(w->TextEditor(), QStringLiteral(" daily"));
+        if (ending == 0)
+            QTest::keyClick(w->TextEditor(), Qt::Key_Return);
+        else
+            Click(*w, ending == 1 ? QPointF(8000, 8000) : Geometry(Control(*w, 2)).center());
+        QVERIFY(!w->TextEditor()->isVisible());
+        QCOMPARE(clsRptControl::Prop(label, "Text").toString(),
+                 QStringLiteral("Open House this Sunday from one to four, refreshments served daily"));
+        QTest::qWait(50); // let the window repaint what changed
+        // Around the label (the editor stood there): the dashed page edge elsewhere is drawn with
+        // another dash phase by partial repaints, which is not what this is about.
+        const QRect around = QRect(w->Page().ViewportPixel(Geometry(label).topLeft()),
+                                   w->Page().ViewportPixel(Geometry(label).bottomRight()))
+                                 .adjusted(-64, -16, 64, 16);
+        const QImage shown = OnScreen(Viewport(*w)).copy(around);
+        QVERIFY(!shown.isNull());
+        QCOMPARE(shown, Viewport(*w)->grab().toImage().convertToFormat(QImage::Format_RGB32).copy(around));
     }
 
     void boundPictureWithoutAPhotoShowsItsPlaceholder()
