@@ -33,14 +33,21 @@ AxisEdges EdgesY(const QRectF& r, unsigned edges)
     return {{r.top(), r.center().y(), r.bottom()}, {bool(edges & Top), bool(edges & CentreY), bool(edges & Bottom)}};
 }
 
-AxisMatch Nearest(const AxisEdges& e, const std::vector<double>& targets, double threshold)
+// The targets of edge i: the centre (1) meets centres, the two edges meet edges.
+const std::vector<double>& Of(int i, const std::vector<double>& edges, const std::vector<double>& centres)
+{
+    return i == 1 ? centres : edges;
+}
+
+AxisMatch Nearest(const AxisEdges& e, const std::vector<double>& edges, const std::vector<double>& centres,
+                  double threshold)
 {
     AxisMatch best;
     double bestDistance = std::numeric_limits<double>::infinity();
     for (int i = 0; i < 3; ++i) {
         if (!e.used[i])
             continue;
-        for (double t : targets) {
+        for (double t : Of(i, edges, centres)) {
             const double d = std::abs(t - e.pos[i]);
             if (d <= threshold + Slack && d < bestDistance) {
                 bestDistance = d;
@@ -51,27 +58,30 @@ AxisMatch Nearest(const AxisEdges& e, const std::vector<double>& targets, double
     return best;
 }
 
-// Targets that one of the used edges now lies on, each once.
-std::vector<double> Hits(const AxisEdges& e, const std::vector<double>& targets)
+// Targets that one of the used edges now lies on, each once: edges first, then centres.
+std::vector<double> Hits(const AxisEdges& e, const std::vector<double>& edges, const std::vector<double>& centres)
 {
     std::vector<double> out;
-    for (double t : targets) {
-        bool hit = false;
-        for (int i = 0; i < 3; ++i)
-            hit = hit || (e.used[i] && std::abs(t - e.pos[i]) < OnLine);
-        bool seen = false;
-        for (double o : out)
-            seen = seen || o == t;
-        if (hit && !seen)
-            out.push_back(t);
-    }
+    for (int pass = 0; pass < 2; ++pass)
+        for (double t : pass ? centres : edges) {
+            bool hit = false;
+            for (int i = 0; i < 3; ++i)
+                hit = hit || (e.used[i] && (i == 1) == (pass == 1) && std::abs(t - e.pos[i]) < OnLine);
+            bool seen = false;
+            for (double o : out)
+                seen = seen || o == t;
+            if (hit && !seen)
+                out.push_back(t);
+        }
     return out;
 }
 
 void AddRect(Targets& t, const QRectF& r)
 {
-    t.x.insert(t.x.end(), {r.left(), r.center().x(), r.right()});
-    t.y.insert(t.y.end(), {r.top(), r.center().y(), r.bottom()});
+    t.x.insert(t.x.end(), {r.left(), r.right()});
+    t.y.insert(t.y.end(), {r.top(), r.bottom()});
+    t.centreX.push_back(r.center().x());
+    t.centreY.push_back(r.center().y());
 }
 
 } // namespace
@@ -93,7 +103,8 @@ Targets Collect(const std::vector<QRectF>& items, const std::vector<Section>& se
         if (r.top() >= section.top && r.top() < section.bottom)
             AddRect(t, r);
     const double width = std::max(0.0, usableWidth);
-    t.x.insert(t.x.end(), {0.0, width / 2, width});
+    t.x.insert(t.x.end(), {0.0, width});
+    t.centreX.push_back(width / 2);
     const double top = std::isfinite(section.top) ? section.top : moving.top();
     const double bottom = std::isfinite(section.bottom) ? section.bottom : moving.bottom();
     t.area = QRectF(0, top, width, bottom - top);
@@ -129,8 +140,8 @@ QRectF MoveEdges(QRectF r, unsigned edges, QPointF by)
 Snap Match(const Targets& targets, const QRectF& moving, unsigned edges, double threshold)
 {
     Snap s;
-    const AxisMatch mx = Nearest(EdgesX(moving, edges), targets.x, threshold);
-    const AxisMatch my = Nearest(EdgesY(moving, edges), targets.y, threshold);
+    const AxisMatch mx = Nearest(EdgesX(moving, edges), targets.x, targets.centreX, threshold);
+    const AxisMatch my = Nearest(EdgesY(moving, edges), targets.y, targets.centreY, threshold);
     s.snappedX = mx.found;
     s.snappedY = my.found;
     s.offset = QPointF(mx.offset, my.offset);
@@ -138,10 +149,10 @@ Snap Match(const Targets& targets, const QRectF& moving, unsigned edges, double 
     const QRectF moved = MoveEdges(moving, edges, s.offset);
     const QRectF span = targets.area.normalized().united(moved.normalized());
     if (s.snappedX)
-        for (double x : Hits(EdgesX(moved, edges), targets.x))
+        for (double x : Hits(EdgesX(moved, edges), targets.x, targets.centreX))
             s.linesX.emplace_back(x, span.top(), x, span.bottom());
     if (s.snappedY)
-        for (double y : Hits(EdgesY(moved, edges), targets.y))
+        for (double y : Hits(EdgesY(moved, edges), targets.y, targets.centreY))
             s.linesY.emplace_back(span.left(), y, span.right(), y);
     return s;
 }

@@ -1,7 +1,7 @@
 #pragma once
-// Smart guides: while the selection is dragged or resized, an edge or centre that comes within
-// a few screen pixels of another item's edge or centre (in the same section), or of the page's
-// margin lines, snaps onto it. This is the arithmetic only, free of widgets: the selection
+// Smart guides: while the selection is dragged or resized, an edge that comes within a few
+// screen pixels of another item's edge (in the same section) or of a margin line, or a centre
+// that comes as near another's centre or the page's, snaps onto it. This is the arithmetic only, free of widgets: the selection
 // manager asks it for an offset and the lines to show; SmartGuideLines draws them.
 #include <QLineF>
 #include <QRectF>
@@ -14,11 +14,12 @@ namespace SmartGuides {
 // (4 pixels), so a gap of one step next to an item stays reachable without holding Alt.
 constexpr double SnapPixels = 3;
 
-// The positions a moving rectangle may line up with.
+// The positions a moving rectangle may line up with. Edges meet edges and centres meet
+// centres: an edge that stops on another item's middle is seldom what was meant.
 struct Targets {
-    std::vector<double> x; // vertical lines: lefts, centres and rights, margin lines
-    std::vector<double> y; // horizontal lines: tops, centres and bottoms
-    QRectF area;           // where guide lines are drawn: the section, across the page
+    std::vector<double> x, y;             // edges: lefts and rights (and the margin lines), tops and bottoms
+    std::vector<double> centreX, centreY; // centres (and the middle between the margin lines)
+    QRectF area;                          // where guide lines are drawn: the section, across the page
 };
 
 // A vertical band of the page, one section: top <= y < bottom.

@@ -51,7 +51,7 @@ private slots:
         QTest::addColumn<QPointF>("offset");
         QTest::addColumn<QList<double>>("linesX");
         QTest::addColumn<QList<double>>("linesY");
-        // Targets: x 1200, 1800, 2400 (item) and 0, 5400, 10800 (margins and centre); y 1200, 1500, 1800.
+        // Edges x 1200, 2400 (item), 0, 10800 (margins), y 1200, 1800; centres x 1800, 5400, y 1500.
         QTest::newRow("left onto left") << QRectF(1230, 3000, 500, 300) << QPointF(-30, 0) << QList<double>{1200}
                                         << QList<double>{};
         QTest::newRow("right onto left") << QRectF(680, 3000, 500, 300) << QPointF(20, 0) << QList<double>{1200}
@@ -64,10 +64,15 @@ private slots:
                                             << QList<double>{1500};
         QTest::newRow("both axes") << QRectF(2420, 1820, 500, 300) << QPointF(-20, -20) << QList<double>{2400}
                                    << QList<double>{1800};
-        QTest::newRow("nearest edge wins") << QRectF(1230, 3000, 560, 300) << QPointF(10, 0)
-                                           << QList<double>{1800} << QList<double>{};
-        QTest::newRow("two edges land on two targets") << QRectF(1230, 3000, 600, 300) << QPointF(-30, 0)
-                                                       << QList<double>{1200, 1800} << QList<double>{};
+        QTest::newRow("nearest edge wins") << QRectF(1230, 3000, 1180, 300) << QPointF(-10, 0)
+                                           << QList<double>{2400} << QList<double>{};
+        QTest::newRow("edges and centre land together") << QRectF(1230, 3000, 1200, 300) << QPointF(-30, 0)
+                                                        << QList<double>{1200, 2400, 1800} << QList<double>{};
+        // An edge passes by a centre line, and a centre by an edge line.
+        QTest::newRow("right edge near a centre") << QRectF(1290, 3000, 500, 300) << QPointF(0, 0)
+                                                  << QList<double>{} << QList<double>{};
+        QTest::newRow("centre near an edge") << QRectF(5000, 1070, 300, 300) << QPointF(0, 0) << QList<double>{}
+                                             << QList<double>{};
         QTest::newRow("right margin") << QRectF(10000, 3000, 775, 300) << QPointF(25, 0) << QList<double>{10800}
                                       << QList<double>{};
         QTest::newRow("left margin") << QRectF(30, 3000, 500, 300) << QPointF(-30, 0) << QList<double>{0}
@@ -125,22 +130,24 @@ private slots:
         const std::vector<Section> sections{{0, 2000}, {2220, 14000}, {14220, 20160}};
         // In the detail section the header and footer items are no targets: 7000 stays unmatched.
         const Targets detail = Collect(items, sections, 10800, QRectF(7020, 5000, 600, 300));
-        QCOMPARE(detail.x, (std::vector<double>{3000, 3300, 3600, 0, 5400, 10800}));
-        QCOMPARE(detail.y, (std::vector<double>{3000, 3150, 3300}));
+        QCOMPARE(detail.x, (std::vector<double>{3000, 3600, 0, 10800}));
+        QCOMPARE(detail.centreX, (std::vector<double>{3300, 5400}));
+        QCOMPARE(detail.y, (std::vector<double>{3000, 3300}));
+        QCOMPARE(detail.centreY, (std::vector<double>{3150}));
         QVERIFY(!Match(detail, QRectF(7020, 5000, 600, 300), AllEdges, 45).snappedX);
         // The same rectangle in the footer lines up with the footer item.
         const Snap footer = Match(Collect(items, sections, 10800, QRectF(7020, 16000, 600, 300)),
                                   QRectF(7020, 16000, 600, 300), AllEdges, 45);
         QCOMPARE(footer.offset, QPointF(-20, 0));
         // A top on a section bar (between sections) counts as the first section.
-        QCOMPARE(Collect(items, sections, 10800, QRectF(0, 2100, 10, 10)).y, (std::vector<double>{100, 250, 400}));
+        QCOMPARE(Collect(items, sections, 10800, QRectF(0, 2100, 10, 10)).y, (std::vector<double>{100, 400}));
     }
 
     void resizeMatchesOnlyItsOwnEdges()
     {
-        const QRectF moving(1230, 3000, 560, 300); // left 30 from 1200, right 10 from 1800
+        const QRectF moving(1230, 3000, 1180, 300); // left 30 right of 1200, right 10 right of 2400
         QCOMPARE(Match(OneItem(), moving, HandleEdges(1), 45).offset, QPointF(-30, 0));
-        QCOMPARE(Match(OneItem(), moving, HandleEdges(2), 45).offset, QPointF(10, 0));
+        QCOMPARE(Match(OneItem(), moving, HandleEdges(2), 45).offset, QPointF(-10, 0));
         // A top handle ignores the near left and right edges; a bottom-left corner takes both axes.
         QVERIFY(!Match(OneItem(), moving, HandleEdges(3), 45).snappedX);
         const Snap corner = Match(OneItem(), QRectF(1230, 1000, 560, 820), HandleEdges(7), 45);
@@ -159,7 +166,7 @@ private slots:
     void placeKeepsThePageAndWholeTwips()
     {
         Targets t;
-        t.x = {150.5};
+        t.centreX = {150.5};
         t.area = QRectF(0, 0, 10800, 20160);
         // Centre 200 is 49.5 from 150.5: a snap that would take the left edge below 0 is refused.
         Placement p = Place(t, QRectF(0, 3000, 400, 300), {}, AllEdges, 60, QSizeF(12240, 20160));
@@ -172,6 +179,7 @@ private slots:
         QCOMPARE(p.lines.front().x1(), 150.5);
 
         // The right page edge: allowed up to it, refused past it.
+        t.centreX.clear();
         t.x = {10850};
         QCOMPARE(Place(t, QRectF(10000, 3000, 800, 300), {}, AllEdges, 60, QSizeF(10860, 20160)).offset,
                  QPointF(50, 0));
