@@ -70,7 +70,7 @@ void clsResize::SetPageSize(float scaleWidth, float scaleHeight)
     m_pageHeight = scaleHeight;
 }
 
-void clsResize::SetGuides(GuideSource source, SmartGuideLines* lines)
+void clsResize::SetSmartGuides(GuideSource source, SmartGuideLines* lines)
 {
     m_guideSource = std::move(source);
     m_guideLines = lines;

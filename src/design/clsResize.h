@@ -1,6 +1,7 @@
 #pragma once
 // The selection manager: one DragBox frame per selected item, dragging the whole selection in
-// grid steps within the page, and resizing it through the frames' handles. The design window
+// grid steps within the page, and resizing it through the frames' handles; either snaps onto a
+// smart guide when one is near (clsResizeHandles.cpp). The design window
 // forwards the item controls' mouse events here; the handles' events are wired by the manager
 // itself when it creates a frame. Items keep their places until the mouse goes up: only the
 // frames move while the button is held.
@@ -48,7 +49,7 @@ public:
     // Smart guides: what a moving rectangle (page twips) may line up with, and where the lines
     // are drawn. Without a source, moves and resizes go by the grid alone.
     using GuideSource = std::function<SmartGuides::Targets(const QRectF& moving)>;
-    void SetGuides(GuideSource source, SmartGuideLines* lines);
+    void SetSmartGuides(GuideSource source, SmartGuideLines* lines);
 
     // --- mouse, from the item controls (X, Y in any coordinates that stay fixed for the
     // length of one drag: the item's own, as its events report them, or the page's). Alt held

@@ -424,7 +424,7 @@ void frmPagewright::InstallSmartGuides()
         m_guideLines = new SmartGuideLines;
         m_page->Scene()->addItem(m_guideLines);
     }
-    m_sel->SetGuides([this](const QRectF& moving) {
+    m_sel->SetSmartGuides([this](const QRectF& moving) {
         // Sections in page twips: a bar with offset B takes page y B - 220 .. B.
         std::vector<SmartGuides::Section> sections;
         const double detail = m_page->HeaderFooterShown() ? m_page->DetailHeaderBarOffset() : 0;

@@ -208,7 +208,7 @@ private slots:
         sel->SetPageSize(12240, 20160);
         lines = new SmartGuideLines;
         surface->Scene().addItem(lines);
-        sel->SetGuides(
+        sel->SetSmartGuides(
             [this](const QRectF& moving) {
                 std::vector<QRectF> others;
                 for (int i = 1; i <= doc->RptItemCount(); ++i)
