@@ -1,6 +1,10 @@
 // One drag step of a large selection: 200 boxes selected, the selection moved one grid step
-// per mouse move, as the design page does while the button is held.
+// per mouse move, as the design page does while the button is held. Then one box dragged
+// among 2000 others with smart guides on (every move gathers and matches all their edges, as
+// the window does) and with Alt held.
+#include "design/DragBox.h"
 #include "design/Rectangle.h"
+#include "design/SmartGuideLines.h"
 #include "design/clsResize.h"
 
 #include <QApplication>
@@ -68,5 +72,46 @@ int main(int argc, char** argv)
     std::printf("drag step with %d selected, %zu steps: median %.3f ms, 90th %.3f ms, max %.3f ms (target < 16 ms)\n",
                 sel.Count(), stepMs.size(), stepMs[stepMs.size() / 2], stepMs[stepMs.size() * 9 / 10], stepMs.back());
     std::printf("  of which moving the frames (no repaint): median %.3f ms\n", moveMs[moveMs.size() / 2]);
+
+    sel.ClearSelect();
+    for (int i = 200; i < 2000; ++i) {
+        auto* r = new Rectangle;
+        scene.addItem(r);
+        r->Move(float(600 + (i % 10) * 1000 + i % 7), float(600 + (i / 10) * 800), 900, 600);
+        items.push_back(r);
+    }
+    auto* lines = new SmartGuideLines;
+    scene.addItem(lines);
+    Rectangle* dragged = items[555];
+    sel.SetSmartGuides(
+        [&](const QRectF& moving) {
+            std::vector<QRectF> others;
+            others.reserve(items.size());
+            for (Rectangle* r : items)
+                if (!sel.IsSelected(r))
+                    others.push_back(DragBox::SourceRect(r));
+            return SmartGuides::Collect(others, {{0, 1e9}}, 10800, moving);
+        },
+        lines);
+    for (int alt : {0, 4}) {
+        std::vector<double> guideMs, matchMs;
+        float gx = 5000;
+        sel.MouseDown(dragged, 1, 0, gx, 5000);
+        for (int i = 0; i < 500; ++i) {
+            gx += (i / 50) % 2 ? -7.5f : 7.5f; // half-pixel moves at 200 %: a guide check on every one
+            t.restart();
+            sel.MouseMove(gx, 5000 + float(i % 3), alt);
+            matchMs.push_back(double(t.nsecsElapsed()) / 1e6);
+            app.processEvents();
+            guideMs.push_back(double(t.nsecsElapsed()) / 1e6);
+        }
+        sel.MouseUp();
+        std::sort(guideMs.begin(), guideMs.end());
+        std::sort(matchMs.begin(), matchMs.end());
+        std::printf("drag step of 1 item among %zu, guides %s: median %.3f ms, 90th %.3f ms, max %.3f ms;"
+                    " without the repaint: median %.3f ms\n",
+                    items.size(), alt ? "off (Alt)" : "on", guideMs[guideMs.size() / 2],
+                    guideMs[guideMs.size() * 9 / 10], guideMs.back(), matchMs[matchMs.size() / 2]);
+    }
     return 0;
 }

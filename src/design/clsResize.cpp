@@ -2,6 +2,7 @@
 
 #include "design/DragBox.h"
 #include "design/RptItemControl.h"
+#include "design/SmartGuideLines.h"
 
 #include <QGraphicsObject>
 #include <QGraphicsScene>
@@ -69,6 +70,12 @@ void clsResize::SetPageSize(float scaleWidth, float scaleHeight)
     m_pageHeight = scaleHeight;
 }
 
+void clsResize::SetSmartGuides(GuideSource source, SmartGuideLines* lines)
+{
+    m_guideSource = std::move(source);
+    m_guideLines = lines;
+}
+
 // ---------------------------------------------------------------- selection
 
 QList<DragBox*> clsResize::Frames() const
@@ -131,7 +138,7 @@ DragBox* clsResize::addFrame(QObject* source)
     connect(f, &DragBox::HandleMouseDown, this,
             [this](int i, int button, int, float x, float y) { ResizeHandle_MouseDown(i, button, x, y); });
     connect(f, &DragBox::HandleMouseMove, this,
-            [this](int i, int button, int, float x, float y) { ResizeHandle_MouseMove(i, button, x, y); });
+            [this](int i, int button, int shift, float x, float y) { ResizeHandle_MouseMove(i, button, x, y, shift); });
     connect(f, &DragBox::HandleMouseUp, this, [this](int i, int, int, float, float) { ResizeHandleMouseUp(i); });
     // A control deleted behind our back (the document unloading it) takes its frame along.
     connect(source, &QObject::destroyed, this, &clsResize::sourceGone);
@@ -319,34 +326,38 @@ int clsResize::gridStep(float delta, float grid) const
     return int(d - d % g);
 }
 
-void clsResize::MouseMove(float X, float Y)
+void clsResize::MouseMove(float X, float Y, int Shift)
 {
     if (!m_mouseDown || m_busy)
         return;
-    dragStep(X, Y);
+    dragStep(X, Y, !(Shift & RptItemControl::AltMask));
 }
 
-void clsResize::dragStep(float X, float Y)
+void clsResize::dragStep(float X, float Y, bool guides)
 {
     const double inf = std::numeric_limits<double>::infinity();
     const double pageW = m_pageWidth > 0 ? m_pageWidth : inf;
     const double pageH = m_pageHeight > 0 ? m_pageHeight : inf;
     double dx = 0, dy = 0;
+    // The grid steps and page stops work on where the selection stands without a guide snap.
+    QRectF grid = m_bounds.translated(-m_guide);
+    bool heldX = true, heldY = true;
 
     // Horizontal: held at an edge until the pointer comes back past where it stopped.
     if (m_stopLeft && X < *m_stopLeft) {
     } else if (m_stopRight && X > *m_stopRight) {
     } else {
+        heldX = false;
         m_stopLeft.reset();
         m_stopRight.reset();
         if (const int step = gridStep(m_lastX - X, m_gridX)) {
             dx = step;
             m_lastX -= float(step);
-            if (dx > 0 && m_bounds.left() - dx < 0) {
-                dx = std::max(0.0, m_bounds.left());
+            if (dx > 0 && grid.left() - dx < 0) {
+                dx = std::max(0.0, grid.left());
                 m_stopLeft = X;
-            } else if (dx < 0 && m_bounds.right() - dx > pageW) {
-                dx = -std::max(0.0, pageW - m_bounds.right());
+            } else if (dx < 0 && grid.right() - dx > pageW) {
+                dx = -std::max(0.0, pageW - grid.right());
                 m_stopRight = X;
             }
         }
@@ -354,33 +365,43 @@ void clsResize::dragStep(float X, float Y)
     if (m_stopTop && Y < *m_stopTop) {
     } else if (m_stopBottom && Y > *m_stopBottom) {
     } else {
+        heldY = false;
         m_stopTop.reset();
         m_stopBottom.reset();
         if (const int step = gridStep(m_lastY - Y, m_gridY)) {
             dy = step;
             m_lastY -= float(step);
-            if (dy > 0 && m_bounds.top() - dy < 0) {
-                dy = std::max(0.0, m_bounds.top());
+            if (dy > 0 && grid.top() - dy < 0) {
+                dy = std::max(0.0, grid.top());
                 m_stopTop = Y;
-            } else if (dy < 0 && m_bounds.bottom() - dy > pageH) {
-                dy = -std::max(0.0, pageH - m_bounds.bottom());
+            } else if (dy < 0 && grid.bottom() - dy > pageH) {
+                dy = -std::max(0.0, pageH - grid.bottom());
                 m_stopBottom = Y;
             }
         }
     }
-    if (dx == 0 && dy == 0)
+    grid.translate(-dx, -dy);
+    m_totalDx += float(dx);
+    m_totalDy += float(dy);
+    // A guide near where the pointer would put the selection wins over the grid; an axis held
+    // at a page edge has nothing pending.
+    const QPointF pending(heldX ? 0.0 : X - m_lastX, heldY ? 0.0 : Y - m_lastY);
+    const QPointF guide = guides ? guideOffset(grid, pending, 0) : QPointF();
+    if (!guides && m_guideLines)
+        m_guideLines->Clear();
+    const QPointF by = QPointF(-dx, -dy) + guide - m_guide;
+    m_guide = guide;
+    if (by.isNull())
         return;
 
     m_busy = true;
-    m_bounds.translate(-dx, -dy);
-    m_totalDx += float(dx);
-    m_totalDy += float(dy);
+    m_bounds = grid.translated(guide);
     moveRulerLines();
     hideAllHandles();
     // No event processing between frames: with hundreds selected it would crawl, and the
     // scene repaints once when control returns to the event loop anyway.
     for (DragBox* f : Frames())
-        f->MoveBy(-dx, -dy);
+        f->MoveBy(by.x(), by.y());
     m_busy = false;
 }
 
@@ -418,6 +439,9 @@ void clsResize::endGesture()
     m_mouseDown = false;
     m_resizeArmed = false;
     m_totalDx = m_totalDy = 0;
+    m_guide = QPointF();
+    if (m_guideLines)
+        m_guideLines->Clear();
     m_stopLeft.reset();
     m_stopRight.reset();
     m_stopTop.reset();
@@ -428,7 +452,7 @@ void clsResize::MouseUp()
 {
     if (!m_mouseDown)
         return;
-    const bool moved = m_totalDx != 0 || m_totalDy != 0;
+    const bool moved = m_totalDx != 0 || m_totalDy != 0 || !m_guide.isNull();
     endGesture();
     if (moved || m_handlesHidden)
         writeBack();
@@ -444,79 +468,6 @@ void clsResize::CancelDrag()
         return;
     endGesture();
     RefreshDragToSource();
-}
-
-// ---------------------------------------------------------------- handles
-
-void clsResize::ResizeHandle_MouseDown(int Index, int Button, float X, float Y)
-{
-    if (Index < 0 || Index >= DragBox::HandleCount || !(Button & LeftButton) || m_busy || Dragging())
-        return;
-    endGesture();
-    m_lastX = X;
-    m_lastY = Y;
-    if (Index == 0) {
-        // The move handle drags the whole selection, page bounds and all.
-        m_mouseDown = true;
-        recomputeBounds();
-    } else {
-        m_resizeArmed = true;
-    }
-}
-
-void clsResize::ResizeHandle_MouseMove(int Index, int Button, float X, float Y)
-{
-    if (Index == 0) {
-        if (Button & LeftButton)
-            MouseMove(X, Y);
-        return;
-    }
-    if (Index < 0 || Index >= DragBox::HandleCount || !m_resizeArmed || m_busy || !(Button & LeftButton))
-        return;
-    const int dx = gridStep(m_lastX - X, m_gridX);
-    const int dy = gridStep(m_lastY - Y, m_gridY);
-    m_lastX -= float(dx);
-    m_lastY -= float(dy);
-    if (!dx && !dy)
-        return;
-    m_busy = true;
-    hideAllHandles();
-    for (DragBox* f : Frames())
-        resizeStep(f, Index, dx, dy);
-    recomputeBounds();
-    moveRulerLines();
-    m_busy = false;
-}
-
-void clsResize::resizeStep(DragBox* f, int index, double dx, double dy) const
-{
-    // Pointer moving left or up makes dx, dy positive. Each handle moves some of the four
-    // edges; a moving edge stops at the opposite one (size 0) and at the page's edges.
-    const double inf = std::numeric_limits<double>::infinity();
-    double l = f->Left(), t = f->Top(), r = l + f->Width(), b = t + f->Height();
-    const bool left = index == 1 || index == 7, right = index == 2 || index == 4 || index == 5;
-    const bool top = index == 3 || index == 4, bottom = index == 5 || index == 6 || index == 7;
-    if (left)
-        l = std::clamp(l - dx, std::min(0.0, l), r);
-    if (right)
-        r = std::clamp(r - dx, l, m_pageWidth > 0 ? std::max<double>(m_pageWidth, r) : inf);
-    if (top)
-        t = std::clamp(t - dy, std::min(0.0, t), b);
-    if (bottom)
-        b = std::clamp(b - dy, t, m_pageHeight > 0 ? std::max<double>(m_pageHeight, b) : inf);
-    f->Move(l, t, r - l, b - t);
-}
-
-void clsResize::ResizeHandleMouseUp(int Index)
-{
-    if (Index == 0) {
-        MouseUp();
-        return;
-    }
-    if (!m_resizeArmed)
-        return;
-    endGesture();
-    writeBack();
 }
 
 // ---------------------------------------------------------------- keyboard

@@ -1,9 +1,11 @@
 #pragma once
 // The selection manager: one DragBox frame per selected item, dragging the whole selection in
-// grid steps within the page, and resizing it through the frames' handles. The design window
+// grid steps within the page, and resizing it through the frames' handles; either snaps onto a
+// smart guide when one is near (clsResizeHandles.cpp). The design window
 // forwards the item controls' mouse events here; the handles' events are wired by the manager
 // itself when it creates a frame. Items keep their places until the mouse goes up: only the
 // frames move while the button is held.
+#include "design/SmartGuides.h"
 #include "document/DesignSurface.h"
 #include "document/clsRptControl.h"
 
@@ -11,9 +13,11 @@
 #include <QObject>
 #include <QPointer>
 #include <QRectF>
+#include <functional>
 #include <optional>
 
 class DragBox;
+class SmartGuideLines;
 class QGraphicsItem;
 class QGraphicsScene;
 
@@ -42,16 +46,21 @@ public:
     void SetRulerLines(QGraphicsItem* hLine, QGraphicsItem* vLine);
     // Page extent for the drag stop; 0 or less leaves that side unbounded.
     void SetPageSize(float scaleWidth, float scaleHeight);
+    // Smart guides: what a moving rectangle (page twips) may line up with, and where the lines
+    // are drawn. Without a source, moves and resizes go by the grid alone.
+    using GuideSource = std::function<SmartGuides::Targets(const QRectF& moving)>;
+    void SetSmartGuides(GuideSource source, SmartGuideLines* lines);
 
     // --- mouse, from the item controls (X, Y in any coordinates that stay fixed for the
-    // length of one drag: the item's own, as its events report them, or the page's)
+    // length of one drag: the item's own, as its events report them, or the page's). Alt held
+    // in Shift turns the smart guides off for that move.
     void MouseDown(QObject* source, int Button, int Shift, float X, float Y);
-    void MouseMove(float X, float Y);
+    void MouseMove(float X, float Y, int Shift = 0);
     void MouseUp();
 
     // --- mouse, from the handles (Index 0..7; 0 drags the whole selection)
     void ResizeHandle_MouseDown(int Index, int Button, float X, float Y);
-    void ResizeHandle_MouseMove(int Index, int Button, float X, float Y);
+    void ResizeHandle_MouseMove(int Index, int Button, float X, float Y, int Shift = 0);
     void ResizeHandleMouseUp(int Index);
 
     // Ends a drag or resize under way: frames go back onto their items, items stay unmoved.
@@ -96,12 +105,15 @@ private:
     void recomputeBounds();
     void moveRulerLines();
     void hideAllHandles();
-    void dragStep(float X, float Y);
+    void dragStep(float X, float Y, bool guides);
     void resizeStep(DragBox* frame, int index, double dx, double dy) const;
     void writeBack();
     void endGesture();
     void sourceGone();
     int gridStep(float delta, float grid) const;
+    double guideThreshold() const;
+    QPointF guideOffset(const QRectF& grid, QPointF pending, int handle);
+    void shiftEdges(int handle, QPointF by);
 
     QPointer<clsRptControl> m_rpt;
     QGraphicsScene* m_scene = nullptr;
@@ -111,7 +123,12 @@ private:
     float m_pageWidth = 0, m_pageHeight = 0;
     QList<QPointer<DragBox>> m_frames; // selection order
 
+    GuideSource m_guideSource;
+    SmartGuideLines* m_guideLines = nullptr;
+
     QRectF m_bounds;            // selection bounds, kept in step with the frames during a drag
+    // How far a smart guide has taken the frames from where the grid steps alone put them.
+    QPointF m_guide;
     float m_lastX = 0, m_lastY = 0;
     float m_totalDx = 0, m_totalDy = 0;
     bool m_mouseDown = false;   // an item drag (or a move-handle drag) is under way

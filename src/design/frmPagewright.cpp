@@ -215,6 +215,7 @@ void frmPagewright::Init(int pJobIndex, int MenuSwitch, bool ShowFieldList)
     m_sel->SetGridY(float(m_grid.y));
     m_sel->SetRulerLines(m_hGuide, m_vGuide);
     m_sel->SetPageSize(float(m_pageLength), float(m_pageLength));
+    InstallSmartGuides();
     m_props->Init(m_doc.get(), m_sel.get());
     connect(m_sel.get(), &clsResize::selectionChanged, this, [this] {
         m_doc->SetEdit();

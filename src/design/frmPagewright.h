@@ -30,6 +30,7 @@ class frmRptFields;
 class frmRptProperties;
 class GuideLineItem;
 class RecoveryCopy;
+class SmartGuideLines;
 
 class frmPagewright : public QMainWindow, public DesignWindow, public DesignSurface, public FieldListOwner,
                       public GridTarget {
@@ -100,6 +101,7 @@ public:
     DesignHistory& History() const { return *m_history; }
     ZoomController& Zoom() const { return *m_zoom; }
     DesignPage& Page() const { return *m_page; }
+    SmartGuideLines* GuideLines() const { return m_guideLines; }
     QLineEdit* TextEditor() const { return m_text1; }
     FieldDictionary* Dictionary() const { return m_dic.get(); }
     frmRptFields* FieldList() const { return m_fields; }
@@ -136,6 +138,8 @@ private:
     void ItemMouseMove(RptItemControl* item, int button, int shift, float x, float y);
     void ItemMouseUp(RptItemControl* item, int button, int shift, float x, float y);
     void KeyDown(int keyCode, int shift);
+    // Smart guides for the selection manager: the other items of the section and the margins.
+    void InstallSmartGuides();
     void BarDragMoved(const QString& name, QPointF pointer, double barTop);
     void BarDropped(const QString& name, double barTop);
     void EndTextEdit(bool keep);
@@ -199,6 +203,7 @@ private:
     bool m_propsPlaced = false;
     GuideLineItem* m_hGuide = nullptr;
     GuideLineItem* m_vGuide = nullptr;
+    SmartGuideLines* m_guideLines = nullptr; // in the page's scene
     QLineEdit* m_text1 = nullptr;
     QGraphicsProxyWidget* m_text1Proxy = nullptr;
     QPointer<QObject> m_editItem;

@@ -4,8 +4,10 @@
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
+#include "design/DragBox.h"
 #include "design/RptTextBox.h"
 #include "design/SectionBar.h"
+#include "design/SmartGuideLines.h"
 #include "design/clsResize.h"
 #include "properties/frmRptProperties.h"
 #include "document/clsRptControl.h"
@@ -246,7 +248,7 @@ void frmPagewright::ItemMouseMove(RptItemControl* item, int button, int shift, f
         return;
     }
     m_page->SetGuides(item->pos() + QPointF(x, y));
-    m_sel->MouseMove(x, y);
+    m_sel->MouseMove(x, y, shift);
 }
 
 void frmPagewright::ItemMouseUp(RptItemControl* item, int button, int shift, float, float)
@@ -412,4 +414,32 @@ void frmPagewright::BarDropped(const QString& name, double barTop)
     m_doc->DirtyFlag = true;
     DrawRuler();
     RefreshPropertySheet(); // the selected items may have moved with the section
+}
+
+// ---------------------------------------------------------------- smart guides
+
+void frmPagewright::InstallSmartGuides()
+{
+    if (!m_guideLines) {
+        m_guideLines = new SmartGuideLines;
+        m_page->Scene()->addItem(m_guideLines);
+    }
+    m_sel->SetSmartGuides([this](const QRectF& moving) {
+        // Sections in page twips: a bar with offset B takes page y B - 220 .. B.
+        std::vector<SmartGuides::Section> sections;
+        const double detail = m_page->HeaderFooterShown() ? m_page->DetailHeaderBarOffset() : 0;
+        const double footer = m_page->FooterShown() ? m_page->PageFooterBarOffset() : m_pageLength + BarHeight;
+        if (m_page->HeaderFooterShown())
+            sections.push_back({0, detail - BarHeight});
+        sections.push_back({detail, footer - BarHeight});
+        if (m_page->FooterShown())
+            sections.push_back({footer, m_pageLength});
+        const QList<QObject*> selected = m_sel->SelectedControls();
+        const QSet<QObject*> selectedSet(selected.begin(), selected.end());
+        std::vector<QRectF> others;
+        for (int i = 1; i <= m_doc->RptItemCount(); ++i)
+            if (QObject* c = m_doc->Item(i).control; c && !selectedSet.contains(c))
+                others.push_back(DragBox::SourceRect(c));
+        return SmartGuides::Collect(others, sections, m_page->PrintableRect().width(), moving);
+    }, m_guideLines);
 }
