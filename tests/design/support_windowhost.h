@@ -8,6 +8,8 @@
 
 #include "design/CommandBar.h"
 #include "design/DesignPage.h"
+#include "design/DragBox.h"
+#include "design/clsResize.h"
 #include "document/clsRptControl.h"
 
 #include <QAction>
@@ -159,6 +161,20 @@ inline QRectF Geometry(QObject* c)
 }
 
 inline QObject* Control(frmPagewright& w, int index) { return w.Document().Item(index).control; }
+
+// A point that takes hold of the item: new boxes are transparent, hit only near their edges.
+inline QPointF Grip(QObject* c)
+{
+    const QRectF r = Geometry(c);
+    return {r.left() + 15, r.center().y()};
+}
+
+// The middle of a shown handle of the item's frame.
+inline QPointF HandleGrip(frmPagewright& w, QObject* c, int index)
+{
+    const DragBox* f = w.SelObj().Frame(c);
+    return f ? f->ResizeHandle(index)->PagePos() + QPointF(DragBox::HandleSize, DragBox::HandleSize) / 2 : QPointF();
+}
 
 inline QString WritePicture(const QString& path)
 {

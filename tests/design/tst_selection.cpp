@@ -5,6 +5,7 @@
 #include "design/RptItemControl.h"
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
+#include "support_selection.h"
 
 #include <QApplication>
 #include <QGraphicsLineItem>
@@ -35,12 +36,9 @@ QRectF RectOf(const DragBox* f) { return {f->Left(), f->Top(), f->Width(), f->He
 
 } // namespace
 
-class tst_selection : public QObject {
+class tst_selection : public QObject, private SelectionSurface {
     Q_OBJECT
 
-    std::unique_ptr<OffscreenPage> surface;
-    std::unique_ptr<clsRptControl> doc;
-    std::unique_ptr<clsResize> sel;
 
     // A new item of `kind` at the given rectangle, through the document.
     RptItemControl* add(int kind, double l, double t, double w, double h)
@@ -63,23 +61,9 @@ class tst_selection : public QObject {
 private slots:
     void init()
     {
-        RptItemControl::SetPixelTwips(15);
-        surface = std::make_unique<OffscreenPage>();
-        doc = std::make_unique<clsRptControl>();
-        doc->Init(nullptr, surface.get(), nullptr);
-        sel = std::make_unique<clsResize>();
-        sel->SetRptControl(doc.get());
-        sel->SetScene(&surface->Scene());
-        sel->SetGridX(60);
-        sel->SetGridY(60);
-        sel->SetPageSize(12240, 20160);
+        Make();
     }
-    void cleanup()
-    {
-        sel.reset();
-        doc.reset();
-        surface.reset();
-    }
+    void cleanup() { Reset(); }
 
     void clickRules()
     {

@@ -7,6 +7,7 @@
 #include "design/SmartGuides.h"
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
+#include "support_selection.h"
 
 #include <QtTest>
 #include <memory>
@@ -28,12 +29,9 @@ QRectF RectOf(const DragBox* f) { return {f->Left(), f->Top(), f->Width(), f->He
 
 } // namespace
 
-class tst_smartguides : public QObject {
+class tst_smartguides : public QObject, private SelectionSurface {
     Q_OBJECT
 
-    std::unique_ptr<OffscreenPage> surface;
-    std::unique_ptr<clsRptControl> doc;
-    std::unique_ptr<clsResize> sel;
     SmartGuideLines* lines = nullptr;
 
     RptItemControl* add(double l, double t, double w, double h)
@@ -196,16 +194,7 @@ private slots:
 
     void init()
     {
-        RptItemControl::SetPixelTwips(15);
-        surface = std::make_unique<OffscreenPage>();
-        doc = std::make_unique<clsRptControl>();
-        doc->Init(nullptr, surface.get(), nullptr);
-        sel = std::make_unique<clsResize>();
-        sel->SetRptControl(doc.get());
-        sel->SetScene(&surface->Scene());
-        sel->SetGridX(60);
-        sel->SetGridY(60);
-        sel->SetPageSize(12240, 20160);
+        Make();
         lines = new SmartGuideLines;
         surface->Scene().addItem(lines);
         sel->SetSmartGuides(
@@ -218,12 +207,7 @@ private slots:
             },
             lines);
     }
-    void cleanup()
-    {
-        sel.reset();
-        doc.reset();
-        surface.reset();
-    }
+    void cleanup() { Reset(); }
 
     void dragSnapsUnlessAltIsHeld()
     {

@@ -23,19 +23,7 @@ void ShiftClick(frmPagewright& w, QPointF at)
     QTest::mouseClick(Viewport(w), Qt::LeftButton, Qt::ShiftModifier, w.Page().ViewportPixel(at));
 }
 
-// A point that takes hold of the item: new boxes are transparent, hit only near their edges.
-QPointF Grip(QObject* c)
-{
-    const QRectF r = Geometry(c);
-    return {r.left() + 15, r.center().y()};
-}
 
-// The middle of a shown handle of the item's frame.
-QPointF HandleGrip(frmPagewright& w, QObject* c, int index)
-{
-    const DragBox* f = w.SelObj().Frame(c);
-    return f ? f->ResizeHandle(index)->PagePos() + QPointF(DragBox::HandleSize, DragBox::HandleSize) / 2 : QPointF();
-}
 
 QObject* DrawBox(frmPagewright& w, QPointF from, QPointF to)
 {

@@ -21,18 +21,7 @@ QObject* DrawBox(frmPagewright& w, QPointF from, QPointF to)
     return Control(w, w.Document().RptItemCount());
 }
 
-// A point that takes hold of the item: new boxes are transparent, hit only near their edges.
-QPointF Grip(QObject* c)
-{
-    const QRectF r = Geometry(c);
-    return {r.left() + 15, r.center().y()};
-}
 
-QPointF HandleGrip(frmPagewright& w, QObject* c, int index)
-{
-    const DragBox* f = w.SelObj().Frame(c);
-    return f ? f->ResizeHandle(index)->PagePos() + QPointF(DragBox::HandleSize, DragBox::HandleSize) / 2 : QPointF();
-}
 
 // Press at `from`, move half way and then by `by` with the button held, and release there;
 // `mods` are held throughout. The guide lines shown just before the release are returned.

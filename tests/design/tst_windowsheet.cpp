@@ -32,12 +32,6 @@ QRectF SheetRect(frmPagewright& w)
             SheetText(w, "fpHeight").toDouble()};
 }
 
-QPointF Grip(QObject* c)
-{
-    const QRectF r = Geometry(c);
-    return {r.left() + 15, r.center().y()};
-}
-
 void Gesture(frmPagewright& w, QPointF from, QPointF to)
 {
     QWidget* vp = Viewport(w);
