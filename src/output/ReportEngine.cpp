@@ -324,7 +324,7 @@ bool ReportEngine::Print(const QStringList& keys, PageOutput& output)
     // thread, in order, and the pages are painted wherever there is a free core.
     std::unique_ptr<PagePipeline> pipeline;
     if (threads > 1 && output.PaintsAnywhere())
-        pipeline = std::make_unique<PagePipeline>(threads, 4 * threads);
+        pipeline = std::make_unique<PagePipeline>(threads, output.PagesInFlight(threads));
     const double dpi = output.Dpi();
     int number = 0;
     const bool done = run(keys, [&](const ReportLayout::Page& page) {

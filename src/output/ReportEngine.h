@@ -171,6 +171,8 @@ public:
     virtual bool PaintsAnywhere() const { return false; }
     virtual std::unique_ptr<PageCanvas> NewCanvas(int /*page*/) { return nullptr; }
     virtual void PutCanvas(int /*page*/, int /*record*/, const QString& /*key*/, std::unique_ptr<PageCanvas> /*canvas*/) {}
+    // How many pages painting threads may hold at once (painted or waiting to be).
+    virtual int PagesInFlight(int threads) const { return 4 * threads; }
     // Whether pictures are drawn as pixels (a PDF takes a JPEG as it is).
     virtual bool NeedsPixels() const { return true; }
 };

@@ -10,6 +10,7 @@
 #include <QSaveFile>
 #include <QStorageInfo>
 #include <QSvgGenerator>
+#include <algorithm>
 #include <cerrno>
 
 namespace {
@@ -359,6 +360,16 @@ std::unique_ptr<PageCanvas> PageImageOutput::NewCanvas(int page)
     if (m_format == Png)
         return std::make_unique<PngCanvas>(blankPage(pixels, m_dpi));
     return std::make_unique<SvgCanvas>(pixels, m_dpi, page);
+}
+
+int PageImageOutput::PagesInFlight(int threads) const
+{
+    if (m_format != Png)
+        return PageOutput::PagesInFlight(threads);
+    // Every page waiting is a whole image: keep them within about 256 MB.
+    const QSize pixels = pagePixels();
+    const qint64 bytes = std::max<qint64>(1, qint64(pixels.width()) * pixels.height() * 4);
+    return int(std::clamp<qint64>((256ll << 20) / bytes, threads + 1, 4 * threads));
 }
 
 void PageImageOutput::PutCanvas(int page, int, const QString&, std::unique_ptr<PageCanvas> canvas)

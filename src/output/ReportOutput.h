@@ -114,6 +114,7 @@ public:
     bool PaintsAnywhere() const override { return true; }
     std::unique_ptr<PageCanvas> NewCanvas(int page) override;
     void PutCanvas(int page, int record, const QString& key, std::unique_ptr<PageCanvas> canvas) override;
+    int PagesInFlight(int threads) const override;
     static QString FileNameFor(int page, Format format);
 
 private:
