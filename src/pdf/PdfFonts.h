@@ -42,7 +42,8 @@ private:
     QHash<QString, std::shared_ptr<const FontResource>> m_byKey;
 };
 
-// One painter's encodings: runs that repeat (the labels of every page) are encoded once.
+// Encodings kept by one thread: runs that repeat (the labels of every page) are encoded once.
+// Fonts live as long as the process, so their addresses are safe keys.
 class TextCache {
 public:
     // Text in the font's encoding; characters outside Windows-1252 become "?".

@@ -399,7 +399,9 @@ void PdfPageEngine::drawTextItem(const QPointF& p, const QTextItem& ti)
     const Pdf::FontResource& res = Pdf::FontRegistry::Global().For(font);
     if (std::find(m_page.fonts.begin(), m_page.fonts.end(), &res) == m_page.fonts.end())
         m_page.fonts.push_back(&res);
-    const Pdf::EncodedText& enc = m_texts.Encode(res, text);
+    // Per thread rather than per page: a page's labels are encoded once for every page.
+    thread_local Pdf::TextCache texts;
+    const Pdf::EncodedText& enc = texts.Encode(res, text);
     const double size = font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() * m_dpi / 72.0;
     if (size <= 0)
         return;

@@ -83,7 +83,6 @@ private:
     QByteArray usePicture(const PictureRef& picture);
     void drawXObject(const QByteArray& name, const QTransform& m, const QRectF& r);
 
-    Pdf::TextCache m_texts;
     Pdf::PageContent m_page;
     bool m_pageOpen = false;
     int m_dpi = 1200;
