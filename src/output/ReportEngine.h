@@ -81,7 +81,8 @@ public:
     // Throws HostError for a failed query.
     bool Run(const QStringList& keys);
     // The same pages, printed as they are laid out: records are fetched a chunk at a time, each
-    // page is painted on output as soon as it is complete, and a record's values and pictures
+    // page is painted on output as soon as it is complete (on Options().threads threads when the
+    // output takes pages painted elsewhere, put back in page order), and a record's values and pictures
     // are let go once its last page is out, so memory does not grow with the number of keys.
     // Function-field totals take a first pass over the values (no pictures). False when
     // cancelled (output is then not finished). Throws HostError (failed query or output).
