@@ -4,7 +4,10 @@
 // by all listings, or a distinct file per listing. Each run is a fresh child process so that
 // its peak memory (VmHWM) is its own; the table gives pages/s, peak RSS and PDF size.
 //
-//   bench_merge [--n 1000,10000,100000] [--work DIR] [--modes shared,each]
+//   bench_merge [--n 1000,10000,100000] [--work DIR] [--modes shared,each] [--threads 1,2] [--repeat R]
+//
+// With several thread counts the runs alternate (1, 2, 1, 2, ...) so that load from other work
+// on the machine falls on both alike.
 //   bench_merge --writer-only N             (the PDF writer alone, pictures already decoded)
 #include "document/RdfFile.h"
 #include "entry/Host.h"
@@ -29,6 +32,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <algorithm>
 #include <cstdio>
 #include <sys/resource.h>
 
@@ -212,7 +216,7 @@ void writePhotos(const QString& dir, int n, bool each)
 }
 
 // One measured run (in a child process): every listing's flyer to out.pdf.
-int runOne(const QString& dir, const QString& pdf)
+int runOne(const QString& dir, const QString& pdf, int threads)
 {
     std::unique_ptr<EmbeddedHost> host = EmbeddedHost::Open(dir);
     gHost = host.get();
@@ -226,6 +230,9 @@ int runOne(const QString& dir, const QString& pdf)
     int pages = 0;
     {
         ReportEngine engine;
+        ReportOptions options;
+        options.threads = threads;
+        engine.SetOptions(options);
         engine.SetReport(flyer());
         PdfFileOutput out(pdf);
         engine.Print(keys, out);
@@ -315,7 +322,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     if (args.value(0) == QLatin1String("--one"))
-        return runOne(args.value(1), args.value(2));
+        return runOne(args.value(1), args.value(2), args.value(3).toInt());
     if (args.value(0) == QLatin1String("--writer-only-child"))
         return writerOnly(args.value(1).toInt(), args.value(2));
 
@@ -323,6 +330,8 @@ int main(int argc, char** argv)
     QString work = QDir::tempPath() + QStringLiteral("/pagewright-bench-merge");
     QStringList modes{QStringLiteral("shared"), QStringLiteral("each")};
     int writerN = 0;
+    QList<int> threadCounts{0};
+    int repeat = 1;
     for (int i = 0; i + 1 < args.size(); i += 2) {
         if (args[i] == QLatin1String("--n")) {
             sizes.clear();
@@ -332,6 +341,12 @@ int main(int argc, char** argv)
             work = args[i + 1];
         } else if (args[i] == QLatin1String("--modes")) {
             modes = args[i + 1].split(QLatin1Char(','));
+        } else if (args[i] == QLatin1String("--threads")) {
+            threadCounts.clear();
+            for (const QString& s : args[i + 1].split(QLatin1Char(',')))
+                threadCounts << s.toInt();
+        } else if (args[i] == QLatin1String("--repeat")) {
+            repeat = std::max(1, args[i + 1].toInt());
         } else if (args[i] == QLatin1String("--writer-only")) {
             writerN = args[i + 1].toInt();
         }
@@ -344,19 +359,24 @@ int main(int argc, char** argv)
         return 0;
     }
     // Two cores shared with other work: pages per CPU second is the steadier figure.
-    std::printf("%-8s %-7s %8s %9s %9s %10s %12s %8s\n", "N", "photos", "pages", "seconds", "pages/s", "pages/cpu-s", "peak RSS MB",
-                "PDF MB");
+    std::printf("%-8s %-7s %7s %8s %9s %9s %10s %12s %8s\n", "N", "photos", "threads", "pages", "seconds", "pages/s", "pages/cpu-s",
+                "peak RSS MB", "PDF MB");
     std::fflush(stdout);
     for (int n : sizes) {
         const QString dir = prepareData(work, n);
         for (const QString& mode : modes) {
             writePhotos(dir, n, mode == QLatin1String("each"));
             const QString pdf = work + QStringLiteral("/merge-%1-%2.pdf").arg(n).arg(mode);
-            const Result r = child({QStringLiteral("--one"), dir, pdf});
-            std::printf("%-8d %-7s %8d %9.2f %9.0f %10.0f %12.0f %8.1f\n", n, mode == QLatin1String("each") ? "each" : "20", r.pages,
-                        r.secs, r.pages / r.secs, r.pages / r.cpu, r.rssKb / 1024.0, r.bytes / 1048576.0);
-            std::fflush(stdout);
-            QFile::remove(pdf);
+            for (int rep = 0; rep < repeat; ++rep) {
+                for (int threads : threadCounts) {
+                    const Result r = child({QStringLiteral("--one"), dir, pdf, QString::number(threads)});
+                    std::printf("%-8d %-7s %7s %8d %9.2f %9.0f %10.0f %12.0f %8.1f\n", n, mode == QLatin1String("each") ? "each" : "20",
+                                threads ? qPrintable(QString::number(threads)) : "cores", r.pages, r.secs, r.pages / r.secs,
+                                r.pages / r.cpu, r.rssKb / 1024.0, r.bytes / 1048576.0);
+                    std::fflush(stdout);
+                    QFile::remove(pdf);
+                }
+            }
         }
     }
     return 0;

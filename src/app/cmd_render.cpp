@@ -23,7 +23,7 @@ void err(const QString& text) { std::fprintf(stderr, "%s\n", text.toLocal8Bit().
 
 const char* const kUsage =
     "usage: pagewright render REPORT.rdf KEYS OUTPUT [--kind K] [--no-new-page] [--paper NAME] [--landscape]\n"
-    "                         [--quiet] [--data DIR] [--sql-log FILE]\n"
+    "                         [--quiet] [--threads N] [--data DIR] [--sql-log FILE]\n"
     "  KEYS:   --key KEY [--key KEY ...] | --keys-file FILE (\"-\": standard input)\n"
     "          | --where \"CONDITION\" [--order-by EXPR] | --all;  then optionally --shard I/N\n"
     "  OUTPUT: --pdf OUT.pdf | --pdf-each DIR | --png DIR [--dpi N] | --svg DIR\n"
@@ -82,7 +82,7 @@ int runRender(const QStringList& argsIn)
     QStringList args = argsIn;
     bool haveKey = false, haveKeysFile = false, haveWhere = false;
     const QStringList givenKeys = takeAll(args, QStringLiteral("--key"), &haveKey);
-    QString keysFile, where, orderBy, shardText, paperName, dpiText, sqlLog;
+    QString keysFile, where, orderBy, shardText, paperName, dpiText, sqlLog, threadsText;
     haveKeysFile = takeOne(args, QStringLiteral("--keys-file"), &keysFile);
     haveWhere = takeOne(args, QStringLiteral("--where"), &where);
     const bool haveOrder = takeOne(args, QStringLiteral("--order-by"), &orderBy);
@@ -92,6 +92,7 @@ int runRender(const QStringList& argsIn)
     const int outputs = int(takeOne(args, QStringLiteral("--pdf"), &pdf)) + int(takeOne(args, QStringLiteral("--pdf-each"), &pdfEach)) +
                         int(takeOne(args, QStringLiteral("--png"), &png)) + int(takeOne(args, QStringLiteral("--svg"), &svg));
     const bool haveDpi = takeOne(args, QStringLiteral("--dpi"), &dpiText);
+    const bool haveThreads = takeOne(args, QStringLiteral("--threads"), &threadsText);
     const bool havePaper = takeOne(args, QStringLiteral("--paper"), &paperName);
     const bool landscape = TakeFlag(args, QStringLiteral("--landscape"));
     const bool portrait = TakeFlag(args, QStringLiteral("--portrait"));
@@ -132,6 +133,13 @@ int runRender(const QStringList& argsIn)
         if (!ok || dpi < 10 || dpi > 2400 || png.isEmpty())
             problem = png.isEmpty() ? QStringLiteral("--dpi goes with --png") : QStringLiteral("--dpi wants a number from 10 to 2400");
     }
+    int threads = 0;
+    if (problem.isEmpty() && haveThreads) {
+        bool ok = false;
+        threads = threadsText.toInt(&ok);
+        if (!ok || threads < 1 || threads > 64)
+            problem = QStringLiteral("--threads wants a number from 1 to 64; not '%1'").arg(threadsText);
+    }
     if (!problem.isEmpty()) {
         err(problem);
         return 2;
@@ -146,6 +154,7 @@ int runRender(const QStringList& argsIn)
         ReportOptions options;
         options.databaseKind = DictionaryKindOf(reportKind);
         options.newPagePerRecord = !noNewPage;
+        options.threads = threads;
         if (havePaper)
             options.paper = RdfPaper::FromName(paperName)->PageSize();
         if (landscape || portrait)
@@ -215,5 +224,5 @@ int runRender(const QStringList& argsIn)
 PW_SUBCOMMAND("render",
               "render REPORT.rdf (--key KEY ... | --keys-file FILE | --where COND [--order-by EXPR] | --all) [--shard I/N]\n"
               "                  (--pdf OUT.pdf | --pdf-each DIR | --png DIR [--dpi N] | --svg DIR) [--paper NAME] [--landscape]\n"
-              "                  [--kind K] [--no-new-page] [--quiet] [--sql-log FILE]",
+              "                  [--kind K] [--no-new-page] [--threads N] [--quiet] [--sql-log FILE]",
               "print a report for many records to PDF, PNG or SVG", runRender);

@@ -1,6 +1,7 @@
 #include "output/ReportEngine.h"
 
 #include "entry/Host.h"
+#include "output/PagePipeline.h"
 #include "output/ReportData.h"
 #include "output/ReportOutput.h"
 #include "render/ItemPainter.h"
@@ -9,6 +10,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QSet>
+#include <QThread>
 #include <algorithm>
 
 namespace {
@@ -26,13 +28,17 @@ QRectF marginRect(const RdfHeader& h, QSizeF page)
     return QRectF(w > 0 ? left : 0, hgt > 0 ? top : 0, w > 0 ? w : page.width(), hgt > 0 ? hgt : page.height());
 }
 
-void paintLooks(QPainter& p, const std::vector<ItemLook>& looks, QPointF origin, double px)
+void appendLooks(std::vector<ItemLook>& out, const std::vector<ItemLook>& looks, QPointF origin)
 {
-    for (ItemLook l : looks) {
-        l.rect.translate(origin);
-        PaintItem(p, l, px);
+    for (const ItemLook& l : looks) {
+        out.push_back(l);
+        out.back().rect.translate(origin);
     }
 }
+
+// Pictures are read ahead this many records at a time, a window that fits well inside the
+// picture store's cache of file bytes.
+constexpr size_t kPrefetchWindow = 64;
 
 int lastRecordOn(const ReportLayout::Page& page)
 {
@@ -254,6 +260,12 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
     for (int start = 0; start < total; start += chunk) {
         fetch(start, values, true);
         for (size_t i = 0; i < values.size(); ++i) {
+            // The files of the next records are read (and hashed) on another thread while
+            // these are laid out and painted.
+            if (i == 0)
+                prefetchPictures(values, 0, 2 * kPrefetchWindow);
+            else if (i % kPrefetchWindow == 0)
+                prefetchPictures(values, i + kPrefetchWindow, kPrefetchWindow);
             if (!report(progressAt(start + int(i)), total))
                 return false;
             const QString& key = keys[start + qsizetype(i)];
@@ -283,24 +295,69 @@ bool ReportEngine::run(const QStringList& keys, const std::function<bool(const R
     return report(total, total);
 }
 
+void ReportEngine::prefetchPictures(const std::vector<std::optional<RecordValues>>& values, size_t from, size_t count)
+{
+    QStringList paths;
+    for (size_t i = from; i < values.size() && i < from + count; ++i) {
+        if (!values[i])
+            continue;
+        for (const QString& file : values[i]->pictureFiles)
+            if (!file.isEmpty())
+                paths << file;
+    }
+    if (!paths.isEmpty())
+        PictureStore::Global().Prefetch(paths, m_decodePrefetched);
+}
+
 bool ReportEngine::Run(const QStringList& keys)
 {
+    m_decodePrefetched = false; // the preview scales what it shows
     return run(keys, {}, true);
 }
 
 bool ReportEngine::Print(const QStringList& keys, PageOutput& output)
 {
     output.Begin(PageLayout());
+    m_decodePrefetched = output.NeedsPixels();
+    const int threads = m_options.threads > 0 ? m_options.threads : QThread::idealThreadCount();
+    // Painting (text shaping above all) is most of a page's cost; the layout stays on this
+    // thread, in order, and the pages are painted wherever there is a free core.
+    std::unique_ptr<PagePipeline> pipeline;
+    if (threads > 1 && output.PaintsAnywhere())
+        pipeline = std::make_unique<PagePipeline>(threads, output.PagesInFlight(threads));
+    const double dpi = output.Dpi();
     int number = 0;
     const bool done = run(keys, [&](const ReportLayout::Page& page) {
-        QPainter* p = output.BeginPage(number, page.firstRecord, record(page.firstRecord).key);
+        const int first = page.firstRecord;
+        const QString key = record(first).key;
+        if (pipeline) {
+            std::unique_ptr<PageCanvas> canvas = output.NewCanvas(number);
+            if (!canvas)
+                return false;
+            auto looks = std::make_shared<const std::vector<ItemLook>>(pageLooks(page, number, dpi));
+            pipeline->Submit(
+                std::move(canvas),
+                [looks, dpi](PageCanvas& c) {
+                    QPainter p(c.Device());
+                    if (c.Hints()) // setting none still makes an SVG write a group
+                        p.setRenderHints(QPainter::RenderHints(c.Hints()));
+                    PaintLooks(p, *looks, dpi);
+                },
+                [&output, n = number, first, key](std::unique_ptr<PageCanvas> c) { output.PutCanvas(n, first, key, std::move(c)); });
+            ++number;
+            return true;
+        }
+        QPainter* p = output.BeginPage(number, first, key);
         if (!p)
             return false;
-        paintPage(*p, page, number, output.Dpi());
+        paintPage(*p, page, number, dpi);
         output.EndPage();
         ++number;
         return true;
     }, false);
+    if (done && pipeline)
+        pipeline->Finish();
+    pipeline.reset(); // on a cancel or a failure: the pages in flight are dropped
     m_records.clear();
     if (!done)
         return false;
@@ -316,18 +373,32 @@ void ReportEngine::PaintPage(QPainter& p, int page, double dpi) const
     paintPage(p, m_pages[size_t(page)], page, dpi);
 }
 
-void ReportEngine::paintPage(QPainter& p, const ReportLayout::Page& pg, int number, double dpi) const
+void PaintLooks(QPainter& p, const std::vector<ItemLook>& looks, double dpi)
 {
     const double px = PixelTwipsForDpi(dpi);
     p.save();
     p.scale(dpi / 1440.0, dpi / 1440.0);
+    for (const ItemLook& l : looks)
+        PaintItem(p, l, px);
+    p.restore();
+}
+
+void ReportEngine::paintPage(QPainter& p, const ReportLayout::Page& pg, int number, double dpi) const
+{
+    PaintLooks(p, pageLooks(pg, number, dpi), dpi);
+}
+
+std::vector<ItemLook> ReportEngine::pageLooks(const ReportLayout::Page& pg, int number, double dpi) const
+{
+    const double px = PixelTwipsForDpi(dpi);
     const QRectF inner = marginRect(m_report.header, m_pageTwips);
     const RecordValues& first = record(pg.firstRecord).values;
 
-    paintLooks(p, bandLooks(m_sections.header, first, px), inner.topLeft(), px);
+    std::vector<ItemLook> looks;
+    appendLooks(looks, bandLooks(m_sections.header, first, px), inner.topLeft());
     for (const ReportLayout::Placement& b : pg.bands)
-        paintLooks(p, record(b.record).pieces[size_t(b.band)].looks, b.origin, px);
-    paintLooks(p, bandLooks(m_sections.footer, first, px), QPointF(inner.left(), inner.bottom() - m_sections.footer.height), px);
+        appendLooks(looks, record(b.record).pieces[size_t(b.band)].looks, b.origin);
+    appendLooks(looks, bandLooks(m_sections.footer, first, px), QPointF(inner.left(), inner.bottom() - m_sections.footer.height));
 
     const int flags = m_report.header.headerFlags;
     if (flags & ReportLayout::PageNumbers) {
@@ -338,7 +409,7 @@ void ReportEngine::paintPage(QPainter& p, const ReportLayout::Page& pg, int numb
         const double h = 9 * 20 * 1.6;
         // In the bottom margin, just below the printing area.
         label.rect = QRectF(inner.left(), std::min(inner.bottom() + 60, m_pageTwips.height() - h), inner.width(), h);
-        PaintItem(p, label, px);
+        looks.push_back(std::move(label));
     }
     if (flags & ReportLayout::PageBorder) {
         ItemLook border;
@@ -346,9 +417,9 @@ void ReportEngine::paintPage(QPainter& p, const ReportLayout::Page& pg, int numb
         border.borderStyle = ItemCode::BorderSolid;
         border.borderWidth = 1;
         border.rect = inner;
-        PaintItem(p, border, px);
+        looks.push_back(std::move(border));
     }
-    p.restore();
+    return looks;
 }
 
 bool ReportEngine::PrintTo(QPagedPaintDevice& device, int copies, const PageSelection& selection)

@@ -20,6 +20,7 @@
 
 class FieldDictionary;
 class QPagedPaintDevice;
+class QPaintDevice;
 class QPainter;
 class QPrinter;
 class QWidget;
@@ -42,6 +43,10 @@ struct ReportOptions {
     bool templateOnly = false;
     // Records fetched with one statement; a long run holds about this many at a time.
     int chunkSize = 500;
+    // Threads painting pages for an output that can take pages painted off this thread (PDF,
+    // PNG, SVG): 0 one per core, 1 every page painted here, as it is laid out. The output is
+    // the same byte for byte whatever the count.
+    int threads = 0;
 };
 
 // Which pages ReportEngine::PrintTo prints: the 1-based pages in ranges (empty: every page);
@@ -76,7 +81,8 @@ public:
     // Throws HostError for a failed query.
     bool Run(const QStringList& keys);
     // The same pages, printed as they are laid out: records are fetched a chunk at a time, each
-    // page is painted on output as soon as it is complete, and a record's values and pictures
+    // page is painted on output as soon as it is complete (on Options().threads threads when the
+    // output takes pages painted elsewhere, put back in page order), and a record's values and pictures
     // are let go once its last page is out, so memory does not grow with the number of keys.
     // Function-field totals take a first pass over the values (no pictures). False when
     // cancelled (output is then not finished). Throws HostError (failed query or output).
@@ -108,6 +114,10 @@ private:
     std::vector<ItemLook> bandLooks(const ReportLayout::Band& band, const RecordValues& values, double px) const;
     const Record& record(int index) const;
     void paintPage(QPainter& painter, const ReportLayout::Page& page, int number, double dpi) const;
+    // Everything on a page, in twips from the paper's corner, in painting order; it holds its
+    // own texts and pictures, so it can be painted after the records are let go.
+    std::vector<ItemLook> pageLooks(const ReportLayout::Page& page, int number, double dpi) const;
+    void prefetchPictures(const std::vector<std::optional<RecordValues>>& values, size_t from, size_t count);
     void releaseBefore(int index);
     bool report(int done, int total) const;
     void warn(const QString& text);
@@ -120,10 +130,26 @@ private:
     std::vector<ReportLayout::Page> m_pages; // kept by Run
     int m_pageCount = 0;
     int m_heldPeak = 0;
+    bool m_decodePrefetched = false; // the output wants pictures as pixels
     QStringList m_missing, m_printed, m_warnings;
     QSizeF m_pageTwips;
     std::unique_ptr<FieldDictionary> m_dictionary;
 };
+
+// A page an output lets any thread paint: painted on Device() (in device pixels at the
+// output's Dpi(), origin at the paper's top left corner), then closed on the same thread.
+class PageCanvas {
+public:
+    virtual ~PageCanvas() = default;
+    virtual QPaintDevice* Device() = 0;
+    // Render hints for the painter on Device().
+    virtual int Hints() const { return 0; }
+    // The slow part of finishing a page (compression, encoding), after the painter has ended.
+    virtual void Close() {}
+};
+
+// Paints looks (twips from the paper's corner) with a painter in device pixels at dpi.
+void PaintLooks(QPainter& painter, const std::vector<ItemLook>& looks, double dpi);
 
 // Where Print puts pages: one painter per page, in device pixels at Dpi(), origin at the
 // paper's top left corner.
@@ -139,6 +165,17 @@ public:
     // After the last page: every file in place, or HostError and nothing left behind.
     virtual void Finish() = 0;
     virtual double Dpi() const = 0;
+
+    // Outputs that take pages painted on other threads: a canvas for page, made on the
+    // printing thread (nullptr stops the run), and the painted page back, in page order, on
+    // the printing thread. Throws HostError when a file cannot be written.
+    virtual bool PaintsAnywhere() const { return false; }
+    virtual std::unique_ptr<PageCanvas> NewCanvas(int /*page*/) { return nullptr; }
+    virtual void PutCanvas(int /*page*/, int /*record*/, const QString& /*key*/, std::unique_ptr<PageCanvas> /*canvas*/) {}
+    // How many pages painting threads may hold at once (painted or waiting to be).
+    virtual int PagesInFlight(int threads) const { return 4 * threads; }
+    // Whether pictures are drawn as pixels (a PDF takes a JPEG as it is).
+    virtual bool NeedsPixels() const { return true; }
 };
 
 // The design window's print and preview path. Loads the report, fetches the record of key

@@ -1,18 +1,76 @@
 #include "output/ReportOutput.h"
 
+#include "pdf/PdfPage.h"
 #include "pdf/PdfWriter.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QSaveFile>
 #include <QStorageInfo>
 #include <QSvgGenerator>
+#include <algorithm>
 #include <cerrno>
 
 namespace {
 
 QString native(const QString& path) { return QDir::toNativeSeparators(path); }
+
+constexpr int kPdfDpi = 1200;
+
+// A PDF page painted on any thread and compressed there.
+class PdfCanvas : public PageCanvas {
+public:
+    explicit PdfCanvas(const QPageLayout& layout) : m_page(layout, kPdfDpi) {}
+    QPaintDevice* Device() override { return &m_page; }
+    void Close() override { content = m_page.Take(true); }
+    Pdf::PageContent content;
+
+private:
+    PdfPage m_page;
+};
+
+// A PNG page, painted and encoded on any thread.
+class PngCanvas : public PageCanvas {
+public:
+    explicit PngCanvas(QImage image) : m_image(std::move(image)) {}
+    QPaintDevice* Device() override { return &m_image; }
+    int Hints() const override { return QPainter::Antialiasing | QPainter::SmoothPixmapTransform; }
+    void Close() override
+    {
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        QImageWriter writer(&buffer, "png");
+        if (!writer.write(m_image))
+            throw HostError(HostErr::FileAccess, QStringLiteral("Cannot encode the page: ") + writer.errorString());
+        m_image = QImage();
+    }
+    QByteArray bytes;
+
+private:
+    QImage m_image;
+};
+
+// An SVG page, written to memory on any thread.
+class SvgCanvas : public PageCanvas {
+public:
+    SvgCanvas(QSize pixels, double dpi, int page) : m_buffer(&bytes)
+    {
+        m_buffer.open(QIODevice::WriteOnly);
+        m_svg.setOutputDevice(&m_buffer);
+        m_svg.setResolution(int(dpi));
+        m_svg.setSize(pixels);
+        m_svg.setViewBox(QRect(QPoint(0, 0), pixels));
+        m_svg.setTitle(QStringLiteral("Page %1").arg(page + 1));
+    }
+    QPaintDevice* Device() override { return &m_svg; }
+    QByteArray bytes;
+
+private:
+    QBuffer m_buffer;
+    QSvgGenerator m_svg;
+};
 
 } // namespace
 
@@ -156,10 +214,25 @@ void PdfFileOutput::EndPage() {}
 
 double PdfFileOutput::Dpi() const { return 1200; }
 
+std::unique_ptr<PageCanvas> PdfFileOutput::NewPdfCanvas(const QPageLayout& layout) { return std::make_unique<PdfCanvas>(layout); }
+
+std::unique_ptr<PageCanvas> PdfFileOutput::NewCanvas(int) { return NewPdfCanvas(m_writer->pageLayout()); }
+
+void PdfFileOutput::PutCanvas(int, int, const QString&, std::unique_ptr<PageCanvas> canvas)
+{
+    // A long run stops at the first failed write rather than painting on into nothing.
+    if (m_file->Failed())
+        m_file->Fail();
+    m_writer->AddPage(static_cast<PdfCanvas&>(*canvas).content);
+    m_canvasPages = true;
+}
+
 void PdfFileOutput::Finish()
 {
     if (m_painter.isActive())
         m_painter.end(); // writes the trailer
+    else if (m_canvasPages)
+        m_writer->Close();
     const bool failed = m_writer->Failed();
     m_writer.reset();
     if (failed)
@@ -194,7 +267,7 @@ void PdfEachOutput::Begin(const QPageLayout& layout)
     m_layout = layout;
 }
 
-QPainter* PdfEachOutput::BeginPage(int, int record, const QString& key)
+PdfFileOutput& PdfEachOutput::fileFor(int record, const QString& key)
 {
     if (record != m_record || !m_current) {
         if (m_current) {
@@ -210,7 +283,16 @@ QPainter* PdfEachOutput::BeginPage(int, int record, const QString& key)
         m_current->Begin(m_layout);
         m_record = record;
     }
-    return m_current->BeginPage(m_page++, record, key);
+    return *m_current;
+}
+
+QPainter* PdfEachOutput::BeginPage(int, int record, const QString& key) { return fileFor(record, key).BeginPage(m_page++, record, key); }
+
+std::unique_ptr<PageCanvas> PdfEachOutput::NewCanvas(int) { return PdfFileOutput::NewPdfCanvas(m_layout); }
+
+void PdfEachOutput::PutCanvas(int, int record, const QString& key, std::unique_ptr<PageCanvas> canvas)
+{
+    fileFor(record, key).PutCanvas(m_page++, record, key, std::move(canvas));
 }
 
 void PdfEachOutput::EndPage() { m_current->EndPage(); }
@@ -251,17 +333,64 @@ void PageImageOutput::Begin(const QPageLayout& layout)
     m_points = layout.fullRectPoints().size();
 }
 
+QSize PageImageOutput::pagePixels() const
+{
+    const QSize pixels(qRound(m_points.width() * m_dpi / 72.0), qRound(m_points.height() * m_dpi / 72.0));
+    if (m_format == Png && (pixels.width() <= 0 || pixels.height() <= 0 || qint64(pixels.width()) * pixels.height() > 400'000'000))
+        throw HostError(5, QStringLiteral("The page is too large at %1 dpi").arg(m_dpi));
+    return pixels;
+}
+
+namespace {
+
+QImage blankPage(QSize pixels, double dpi)
+{
+    QImage image(pixels, QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(dpi / 0.0254));
+    image.setDotsPerMeterY(qRound(dpi / 0.0254));
+    image.fill(Qt::white);
+    return image;
+}
+
+} // namespace
+
+std::unique_ptr<PageCanvas> PageImageOutput::NewCanvas(int page)
+{
+    const QSize pixels = pagePixels();
+    if (m_format == Png)
+        return std::make_unique<PngCanvas>(blankPage(pixels, m_dpi));
+    return std::make_unique<SvgCanvas>(pixels, m_dpi, page);
+}
+
+int PageImageOutput::PagesInFlight(int threads) const
+{
+    if (m_format != Png)
+        return PageOutput::PagesInFlight(threads);
+    // Every page waiting is a whole image: keep them within about 256 MB.
+    const QSize pixels = pagePixels();
+    const qint64 bytes = std::max<qint64>(1, qint64(pixels.width()) * pixels.height() * 4);
+    return int(std::clamp<qint64>((256ll << 20) / bytes, threads + 1, 4 * threads));
+}
+
+void PageImageOutput::PutCanvas(int page, int, const QString&, std::unique_ptr<PageCanvas> canvas)
+{
+    writeFile(page, m_format == Png ? static_cast<PngCanvas&>(*canvas).bytes : static_cast<SvgCanvas&>(*canvas).bytes);
+}
+
+void PageImageOutput::writeFile(int page, const QByteArray& bytes)
+{
+    OutputFile file(QDir(m_folder).filePath(FileNameFor(page, m_format)), m_hooks);
+    if (file.Device().write(bytes) != bytes.size())
+        file.Fail();
+    file.Commit();
+}
+
 QPainter* PageImageOutput::BeginPage(int page, int, const QString&)
 {
     m_page = page;
-    const QSize pixels(qRound(m_points.width() * m_dpi / 72.0), qRound(m_points.height() * m_dpi / 72.0));
+    const QSize pixels = pagePixels();
     if (m_format == Png) {
-        if (pixels.width() <= 0 || pixels.height() <= 0 || qint64(pixels.width()) * pixels.height() > 400'000'000)
-            throw HostError(5, QStringLiteral("The page is too large at %1 dpi").arg(m_dpi));
-        m_image = QImage(pixels, QImage::Format_RGB32);
-        m_image.setDotsPerMeterX(qRound(m_dpi / 0.0254));
-        m_image.setDotsPerMeterY(qRound(m_dpi / 0.0254));
-        m_image.fill(Qt::white);
+        m_image = blankPage(pixels, m_dpi);
         m_painter.begin(&m_image);
         m_painter.setRenderHint(QPainter::Antialiasing);
         m_painter.setRenderHint(QPainter::SmoothPixmapTransform);

@@ -50,6 +50,12 @@ public:
     void EndPage() override;
     void Finish() override;
     double Dpi() const override;
+    bool PaintsAnywhere() const override { return true; }
+    std::unique_ptr<PageCanvas> NewCanvas(int page) override;
+    void PutCanvas(int page, int record, const QString& key, std::unique_ptr<PageCanvas> canvas) override;
+    bool NeedsPixels() const override { return false; }
+    // A canvas for a page of a PDF with this layout (PdfFileOutput and PdfEachOutput).
+    static std::unique_ptr<PageCanvas> NewPdfCanvas(const QPageLayout& layout);
 
 private:
     QString m_path;
@@ -58,6 +64,7 @@ private:
     std::unique_ptr<PdfWriter> m_writer;
     QPainter m_painter;
     bool m_started = false;
+    bool m_canvasPages = false;
 };
 
 // One PDF per record in a folder, named by the record's key ("240001.pdf"; a repeated key
@@ -72,11 +79,17 @@ public:
     void EndPage() override;
     void Finish() override;
     double Dpi() const override;
+    bool PaintsAnywhere() const override { return true; }
+    std::unique_ptr<PageCanvas> NewCanvas(int page) override;
+    void PutCanvas(int page, int record, const QString& key, std::unique_ptr<PageCanvas> canvas) override;
+    bool NeedsPixels() const override { return false; }
     int FileCount() const { return m_files; }
     // The file name for key: its letters, digits, "-", "_" and "."; anything else becomes "_".
     static QString FileNameFor(const QString& key);
 
 private:
+    PdfFileOutput& fileFor(int record, const QString& key);
+
     QString m_folder;
     OutputHooks m_hooks;
     QPageLayout m_layout;
@@ -98,9 +111,16 @@ public:
     void EndPage() override;
     void Finish() override {}
     double Dpi() const override { return m_dpi; }
+    bool PaintsAnywhere() const override { return true; }
+    std::unique_ptr<PageCanvas> NewCanvas(int page) override;
+    void PutCanvas(int page, int record, const QString& key, std::unique_ptr<PageCanvas> canvas) override;
+    int PagesInFlight(int threads) const override;
     static QString FileNameFor(int page, Format format);
 
 private:
+    QSize pagePixels() const;
+    void writeFile(int page, const QByteArray& bytes);
+
     QString m_folder;
     Format m_format;
     double m_dpi;

@@ -3,12 +3,13 @@
 #include "entry/Cp1252.h"
 #include "pdf/PdfStream.h"
 
+#include <QCryptographicHash>
 #include <QFontInfo>
 #include <QRawFont>
 
 namespace Pdf {
 
-QByteArray Fonts::StandardName(const QString& family, bool bold, bool italic)
+QByteArray StandardFontName(const QString& family, bool bold, bool italic)
 {
     const QString f = family.toLower();
     if (f.contains(QLatin1String("courier")) || f.contains(QLatin1String("mono")) || f.contains(QLatin1String("consol"))) {
@@ -24,18 +25,28 @@ QByteArray Fonts::StandardName(const QString& family, bool bold, bool italic)
     return n[(bold ? 1 : 0) + (italic ? 2 : 0)];
 }
 
-const FontResource& Fonts::For(const QFont& font, Writer& writer)
+FontRegistry& FontRegistry::Global()
+{
+    static FontRegistry registry;
+    return registry;
+}
+
+const FontResource& FontRegistry::For(const QFont& font)
 {
     const bool bold = font.weight() >= QFont::DemiBold;
     const bool italic = font.italic();
     QString key = font.family();
     key += QLatin1Char(bold ? 'B' : '-');
     key += QLatin1Char(italic ? 'I' : '-');
-    if (FontResource* r = m_byKey.value(key))
-        return *r;
-
-    auto res = std::make_unique<FontResource>();
-    res->name = "/F" + QByteArray::number(qsizetype(m_fonts.size()) + 1);
+    {
+        std::lock_guard lock(m_mutex);
+        if (const auto it = m_byKey.constFind(key); it != m_byKey.cend())
+            return **it;
+    }
+    // Measured outside the lock; two threads meeting a new font at once measure it twice and
+    // keep the first.
+    auto res = std::make_shared<FontResource>();
+    res->name = "/F" + QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha1).toHex().left(8);
     // The widths of the face Qt resolves the family to, at 1000 units per em.
     QFont probe(font.family());
     probe.setBold(bold);
@@ -59,16 +70,16 @@ const FontResource& Fonts::For(const QFont& font, Writer& writer)
         AppendNumber(widths, w, 0);
     }
     widths += ']';
-    QByteArray dict = "<</Type/Font/Subtype/Type1/BaseFont/" + StandardName(font.family(), bold, italic) +
-                      "/Encoding/WinAnsiEncoding/FirstChar 32/LastChar 255/Widths " + widths + ">>";
-    res->object = writer.Object(dict);
-    FontResource* r = res.get();
-    m_fonts.push_back(std::move(res));
-    m_byKey.insert(key, r);
-    return *r;
+    res->dict = "<</Type/Font/Subtype/Type1/BaseFont/" + StandardFontName(font.family(), bold, italic) +
+                "/Encoding/WinAnsiEncoding/FirstChar 32/LastChar 255/Widths " + widths + ">>";
+    std::lock_guard lock(m_mutex);
+    auto it = m_byKey.constFind(key);
+    if (it == m_byKey.cend())
+        it = m_byKey.insert(key, std::move(res));
+    return **it;
 }
 
-const EncodedText& Fonts::Encode(const FontResource& font, const QString& text)
+const EncodedText& TextCache::Encode(const FontResource& font, const QString& text)
 {
     const QPair<const FontResource*, QString> key(&font, text);
     auto it = m_texts.constFind(key);
@@ -89,18 +100,6 @@ const EncodedText& Fonts::Encode(const FontResource& font, const QString& text)
     e.count = int(bytes.size());
     AppendString(e.literal, bytes);
     return *m_texts.insert(key, std::move(e));
-}
-
-QByteArray Fonts::ResourceEntries() const
-{
-    QByteArray b;
-    for (const auto& f : m_fonts) {
-        b += f->name;
-        b += ' ';
-        AppendInt(b, f->object);
-        b += " 0 R";
-    }
-    return b;
 }
 
 } // namespace Pdf

@@ -4,21 +4,23 @@
 // Liberation Sans for Helvetica, Times New Roman for Times, Courier New for Courier: the same
 // metrics), with the /Widths of the font Qt actually laid the text out with, so viewers place
 // the letters where the painter did, and search finds the words as typed.
+//
+// Pages may be painted on several threads at once: the fonts are one process-wide registry
+// (safe from any thread), and a font's resource name comes from what it is, not from when a
+// page first used it, so the file's bytes do not depend on which page finished first.
 #include <QByteArray>
 #include <QFont>
 #include <QHash>
 #include <QString>
 #include <array>
 #include <memory>
-#include <vector>
+#include <mutex>
 
 namespace Pdf {
 
-class Writer;
-
 struct FontResource {
-    QByteArray name;                    // "/F1"
-    int object = 0;
+    QByteArray name;                    // "/F3a91c07e", from the family and style
+    QByteArray dict;                    // the font dictionary, written once per file
     std::array<float, 256> widths{};    // per byte, in 1/1000 em
 };
 
@@ -29,23 +31,29 @@ struct EncodedText {
     int count = 0;      // characters
 };
 
-class Fonts {
+class FontRegistry {
 public:
-    // The resource for a font, written to the file on first use.
-    const FontResource& For(const QFont& font, Writer& writer);
-    // Text in the font's encoding; characters outside Windows-1252 become "?". Runs that
-    // repeat (the labels of every page) are encoded once.
-    const EncodedText& Encode(const FontResource& font, const QString& text);
-    // "/F1 5 0 R/F2 9 0 R" for the resource dictionary.
-    QByteArray ResourceEntries() const;
-
-    // The standard font standing for a family, e.g. "Helvetica-Bold" for Arial bold.
-    static QByteArray StandardName(const QString& family, bool bold, bool italic);
+    static FontRegistry& Global();
+    // The resource for a font; the same object for as long as the process runs.
+    const FontResource& For(const QFont& font);
 
 private:
-    std::vector<std::unique_ptr<FontResource>> m_fonts;
-    QHash<QString, FontResource*> m_byKey;
+    std::mutex m_mutex;
+    QHash<QString, std::shared_ptr<const FontResource>> m_byKey;
+};
+
+// Encodings kept by one thread: runs that repeat (the labels of every page) are encoded once.
+// Fonts live as long as the process, so their addresses are safe keys.
+class TextCache {
+public:
+    // Text in the font's encoding; characters outside Windows-1252 become "?".
+    const EncodedText& Encode(const FontResource& font, const QString& text);
+
+private:
     QHash<QPair<const FontResource*, QString>, EncodedText> m_texts;
 };
+
+// The standard font standing for a family, e.g. "Helvetica-Bold" for Arial bold.
+QByteArray StandardFontName(const QString& family, bool bold, bool italic);
 
 } // namespace Pdf

@@ -1,9 +1,11 @@
 #include "pdf/PdfStream.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <zlib.h>
 
 namespace Pdf {
 
@@ -52,11 +54,53 @@ void AppendString(QByteArray& out, const QByteArray& text)
     out += ')';
 }
 
+namespace {
+
+// One zlib stream per thread and level, reset between uses: setting one up (and its 256 KB of
+// tables) cost as much as compressing a page. The bytes are those of a fresh stream.
+class DeflateStream {
+public:
+    ~DeflateStream()
+    {
+        if (m_ready)
+            deflateEnd(&m_z);
+    }
+    z_stream* For(int level)
+    {
+        if (m_ready) {
+            deflateReset(&m_z);
+        } else {
+            m_z = z_stream{};
+            m_ready = deflateInit(&m_z, level) == Z_OK;
+            if (!m_ready)
+                return nullptr;
+        }
+        return &m_z;
+    }
+
+private:
+    z_stream m_z{};
+    bool m_ready = false;
+};
+
+} // namespace
+
 QByteArray Deflate(const QByteArray& data, int level)
 {
-    // qCompress puts the length in front of a plain zlib stream.
-    QByteArray z = qCompress(data, level);
-    return z.size() >= 4 ? z.mid(4) : QByteArray();
+    thread_local std::array<DeflateStream, 10> streams;
+    level = std::clamp(level, 0, 9);
+    z_stream* z = streams[size_t(level)].For(level);
+    if (!z)
+        return {};
+    QByteArray out(qsizetype(deflateBound(z, uLong(data.size()))), Qt::Uninitialized);
+    z->next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.constData()));
+    z->avail_in = uInt(data.size());
+    z->next_out = reinterpret_cast<Bytef*>(out.data());
+    z->avail_out = uInt(out.size());
+    if (deflate(z, Z_FINISH) != Z_STREAM_END)
+        return {};
+    out.truncate(qsizetype(z->total_out));
+    return out;
 }
 
 int Writer::Reserve()

@@ -3,7 +3,6 @@
 #include "pdf/PdfEngine.h"
 
 #include <QtGui/private/qpagedpaintdevice_p.h>
-#include <climits>
 
 namespace {
 
@@ -59,30 +58,13 @@ bool PdfWriter::newPage()
     return true;
 }
 
+void PdfWriter::AddPage(const Pdf::PageContent& page) { m_engine->AddPage(page); }
+void PdfWriter::Close() { m_engine->Close(); }
+
 QPaintEngine* PdfWriter::paintEngine() const { return m_engine.get(); }
 
 int PdfWriter::PageCount() const { return m_engine->PageCount(); }
 int PdfWriter::PictureCount() const { return m_engine->PictureCount(); }
 bool PdfWriter::Failed() const { return m_engine->Failed(); }
 
-int PdfWriter::metric(PaintDeviceMetric metric) const
-{
-    const QPageLayout layout = pageLayout();
-    const QRect pixels = layout.paintRectPixels(m_dpi);
-    const QRectF mm = layout.paintRect(QPageLayout::Millimeter);
-    switch (metric) {
-    case PdmWidth: return pixels.width();
-    case PdmHeight: return pixels.height();
-    case PdmWidthMM: return qRound(mm.width());
-    case PdmHeightMM: return qRound(mm.height());
-    case PdmNumColors: return INT_MAX;
-    case PdmDepth: return 32;
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY: return m_dpi;
-    case PdmDevicePixelRatio: return 1;
-    case PdmDevicePixelRatioScaled: return int(1 * QPaintDevice::devicePixelRatioFScale());
-    default: return 0;
-    }
-}
+int PdfWriter::metric(PaintDeviceMetric metric) const { return Pdf::PageMetric(pageLayout(), m_dpi, metric); }

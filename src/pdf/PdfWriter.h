@@ -9,12 +9,18 @@
 //   pdf.setPageSize(QPageSize(QPageSize::Letter));
 //   QPainter p(&pdf); ... pdf.newPage(); ... p.end();
 //   if (pdf.Failed()) ...   // the device refused bytes (disk full)
+//
+// Pages can also be painted on other threads, each on a PdfPage, and added in order with
+// AddPage (then Close writes the end of the file); the bytes are the same either way.
 #include <QPagedPaintDevice>
 #include <QString>
 #include <memory>
 
 class QIODevice;
 class PdfEngine;
+namespace Pdf {
+struct PageContent;
+}
 
 class PdfWriter : public QPagedPaintDevice {
 public:
@@ -30,6 +36,10 @@ public:
     void SetCompressPages(bool on);
 
     bool newPage() override;
+    // A page painted on a PdfPage of this writer's layout and resolution, after those before it.
+    void AddPage(const Pdf::PageContent& page);
+    // Ends a file whose pages all came through AddPage.
+    void Close();
     QPaintEngine* paintEngine() const override;
 
     int PageCount() const;

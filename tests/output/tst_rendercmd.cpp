@@ -143,6 +143,16 @@ private slots:
         QVERIFY(QFileInfo(log).size() > 0);
         if (!QStandardPaths::findExecutable("pdfinfo").isEmpty())
             QVERIFY2(pdfInfo(pdf).contains("842 x 595"), qPrintable(pdfInfo(pdf)));
+
+        // One painter thread or several: the same file.
+        const QString one = m_tmp.filePath("one.pdf"), three = m_tmp.filePath("three.pdf");
+        QCOMPARE(RunPagewright(common + QStringList{"--pdf", one, "--threads", "1"}).code, 0);
+        QCOMPARE(RunPagewright(common + QStringList{"--pdf", three, "--threads", "3"}).code, 0);
+        QFile a(one), b(three);
+        QVERIFY(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
+        const QByteArray bytes = a.readAll();
+        QCOMPARE(bytes.count("/Type/Page/"), 2);
+        QCOMPARE(b.readAll(), bytes);
     }
 
     void failures_data()
@@ -158,6 +168,7 @@ private slots:
         QTest::newRow("two sources") << "twosources" << 2 << "" << "Give only one of --key, --keys-file, --where and --all";
         QTest::newRow("bad shard") << "badshard" << 2 << "" << "--shard wants I/N with 1 <= I <= N, e.g. --shard 2/8; not '4/3'";
         QTest::newRow("bad paper") << "badpaper" << 2 << "" << "Unknown paper 'B7'";
+        QTest::newRow("bad threads") << "badthreads" << 2 << "" << "--threads wants a number from 1 to 64; not '0'";
         QTest::newRow("missing keys file") << "nokeysfile" << 1 << "" << "Error: 53 - Cannot read the keys file";
     }
     void failures()
@@ -187,6 +198,8 @@ private slots:
             args << "--shard" << "4/3";
         if (what == "badpaper")
             args << "--paper" << "B7";
+        if (what == "badthreads")
+            args << "--threads" << "0";
         const AppRun r = RunPagewright(args);
         QCOMPARE(r.code, code);
         QCOMPARE(r.out, stdoutText);

@@ -1,8 +1,11 @@
+#include "pdf/PdfPage.h"
+#include "pdf/PdfStream.h"
 #include "pdf/PdfWriter.h"
 #include "render/ItemPainter.h"
 #include "render/Picture.h"
 
 #include <QBuffer>
+#include <QtEndian>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QProcess>
@@ -11,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -188,6 +192,64 @@ private slots:
         QVERIFY(!a->IsDecoded() && !b->IsDecoded());        // passed through, never decoded
         QCOMPARE(pdf.count("/Type/Font/"), 2);              // regular and bold, once each
         QVERIFY(pdf.contains("/BaseFont/Helvetica-Bold/Encoding/WinAnsiEncoding"));
+    }
+
+    // Pages painted on their own threads, finishing in any order, and added in page order make
+    // the same file as one painter on the writer: resources are named by content and numbered
+    // only when a page is added.
+    void pagesPaintedOnOtherThreadsMakeTheSameFile()
+    {
+        PictureStore store;
+        const PictureRef a = store.FromBytes(Encoded(Photo(4), "JPG")), b = store.FromBytes(Encoded(Photo(5), "JPG"));
+        const PictureRef logo = store.FromBytes(Encoded(Photo(6), "PNG"));
+        std::vector<std::vector<ItemLook>> pages;
+        for (int i = 0; i < 12; ++i)
+            pages.push_back(Flyer(i % 3 ? a : b, i > 4 ? logo : nullptr, QStringLiteral("Town %1").arg(i)));
+        pages.push_back({});
+        const QByteArray direct = WritePages(pages);
+
+        const QPageLayout layout(QPageSize(QPageSize::Letter), QPageLayout::Portrait, QMarginsF());
+        std::vector<Pdf::PageContent> painted(pages.size());
+        std::vector<std::thread> threads;
+        for (size_t i = pages.size(); i-- > 0;) // the last page first
+            threads.emplace_back([&, i] {
+                PdfPage page(layout, kDpi);
+                QPainter p(&page);
+                PaintPage(p, pages[i], kDpi);
+                p.end();
+                painted[i] = page.Take();
+            });
+        for (std::thread& t : threads)
+            t.join();
+        QByteArray bytes;
+        QBuffer out(&bytes);
+        out.open(QIODevice::WriteOnly);
+        PdfWriter pdf(&out);
+        for (const Pdf::PageContent& c : painted)
+            pdf.AddPage(c);
+        pdf.Close();
+        QCOMPARE(pdf.PageCount(), 13);
+        QCOMPARE(pdf.PictureCount(), 3);
+        QVERIFY(!a->IsDecoded() && !b->IsDecoded());
+        QCOMPARE(bytes, direct);
+    }
+
+    // The reused zlib streams give what a fresh one gives, call after call, level after level.
+    void deflateIsAPlainZlibStream()
+    {
+        QByteArray text;
+        for (int i = 0; i < 4000; ++i)
+            text += QByteArray::number(i * 7919 % 1000) + " 0 l\n";
+        for (int round = 0; round < 3; ++round)
+            for (int level : {1, 6, 1}) {
+                const QByteArray data = text.left(text.size() - round * 1000);
+                const QByteArray z = Pdf::Deflate(data, level);
+                QCOMPARE(z, qCompress(data, level).mid(4));
+                QByteArray sized(4, '\0');
+                qToBigEndian(quint32(data.size()), sized.data());
+                QCOMPARE(qUncompress(sized + z), data);
+            }
+        QCOMPARE(qUncompress(QByteArray(4, '\0') + Pdf::Deflate(QByteArray(), 1)), QByteArray());
     }
 
     void crossReferencePointsAtEveryObject()
