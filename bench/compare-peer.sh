@@ -43,8 +43,8 @@ for n in "${SIZES[@]}"; do
     field() { sed -n "s/.* $1=\([^ ]*\).*/\1/p" <<<"$line"; }
     printf '%-10s %7d %5d %9s %12s %8s  verify=%s\n' peer "$n" "$r" "$(field pages_per_s)" \
       "$(field peak_rss_mib)" "$(field pdf_mib)" "$(field verify)"
-    # Ours: bench_merge prints "N photos pages seconds pages/s pages/cpu-s peakMB pdfMB".
-    read -r _ _ pages secs pps _ rss pdf < <("$BUILD/bench/bench_merge" --n "$n" --modes shared \
+    # Ours: bench_merge prints "N photos threads pages seconds pages/s pages/cpu-s peakMB pdfMB".
+    read -r _ _ _ pages secs pps _ rss pdf < <("$BUILD/bench/bench_merge" --n "$n" --modes shared \
       --work "$WORK/ours" | tail -1)
     printf '%-10s %7d %5d %9s %12s %8s  pages=%s in %s s\n' pagewright "$n" "$r" "$pps" "$rss" "$pdf" "$pages" "$secs"
   done
