@@ -2,6 +2,7 @@
 #include "design/frmPagewright.h"
 
 #include "design/CommandBar.h"
+#include "design/DesignHistory.h"
 #include "design/RecoveryCopy.h"
 #include "design/clsResize.h"
 #include "document/clsRptControl.h"
@@ -134,6 +135,10 @@ bool frmPagewright::SetReport(const QString& pReportFile, const QString& pReport
             m_bar->SetChecked(u"miDataView", true);
             m_bar->SetChecked(u"miTemplateView", false);
         }
+        // The report the host handed over starts a history of its own: undo goes back to it as
+        // loaded, never to the empty page the window began with.
+        if (!pReportFile.isEmpty())
+            m_history->Reset();
     } catch (const HostError& e) {
         SetMousePointer(0);
         MsgBox(e.Text(),

@@ -243,6 +243,38 @@ private slots:
         QVERIFY(w->Document().DirtyFlag);
     }
 
+    // A report the host hands the window (the flyer manager, --open) starts its own history:
+    // the first change to it is a step that undoes back to the report as it was loaded.
+    void reportSetByTheHostStartsItsOwnHistory()
+    {
+        WindowTestHost host;
+        const QString file = host.Local(QStringLiteral("Users/tester/Reports/Listings/given.rdf"));
+        {
+            Window first = Open();
+            Draw(*first, "tbInsertRectangle", {600, 600}, {2400, 1800});
+            Draw(*first, "tbInsertRectangle", {3000, 600}, {4200, 1800});
+            first->Document().SaveReport(file, false);
+        }
+        Window w = Open();
+        w->activateWindow();
+        QVERIFY(w->SetReport(file, QStringLiteral("given.rdf"), QString()));
+        QCOMPARE(w->Document().RptItemCount(), 2);
+        Settle();
+        const QRectF before = Geometry(Control(*w, 1));
+        QVERIFY2(!w->Commands().Action(QStringLiteral("miUndo"))->isEnabled(), "nothing to undo right after loading");
+        Click(*w, {600, 1200});
+        Key(*w, Qt::Key_Right);
+        Settle();
+        QCOMPARE(Geometry(Control(*w, 1)).left(), before.left() + 60);
+        QVERIFY(w->Document().DirtyFlag);
+        QCOMPARE(w->History().Stack().Steps(), 1);
+        QCOMPARE(UndoText(*w), QStringLiteral("&Undo Move"));
+        Tool(*w, "miUndo");
+        QCOMPARE(Geometry(Control(*w, 1)), before);
+        QCOMPARE(w->Document().RptItemCount(), 2);
+        QVERIFY(!w->Document().DirtyFlag);
+    }
+
     void selectionScrollingAndViewsAreNoSteps()
     {
         WindowTestHost host;
