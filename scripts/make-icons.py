@@ -166,7 +166,16 @@ ICONS = {
     "miCentreInPage": page() + f'<rect x="8.5" y="10" width="7" height="5" fill="{ACCENT}" stroke="none"/><path d="M12 6v2.5M12 16.5V19" stroke="{ACCENT}"/>',
     "miNudge": f'<path d="M12 3v18M3 12h18m-15-3-3 3 3 3m12-6 3 3-3 3M9 6l3-3 3 3M9 18l3 3 3-3" stroke="{ACCENT}"/>',
     "miNudgeLeft": arrow("left"), "miNudgeRight": arrow("right"), "miNudgeUp": arrow("up"), "miNudgeDown": arrow("down"),
+    # Many pages out of one printer: sheets stacked behind the paper it gives out.
+    "miPrintMany": (f'<path d="M9.75 2.75h9.5v6.5M8.5 4.75h9.5" />'
+                    f'<rect x="3.75" y="10.25" width="16.5" height="7" rx="1" fill="{SOFT}"/>'
+                    f'<path d="M7.25 10.25V6.75h9.5v3.5M7.25 14.75h9.5v5.5h-9.5z" fill="{PAPER}"/>'
+                    f'<path d="M9.5 17.5h5" stroke="{ACCENT}"/>'),
+    "fnFont": letter("A", x=9, size=16) + letter("a", x=17.5, size=12, weight="normal", colour=ACCENT),
+    "fnFontSize": letter("A", x=8.5, size=17) + letter("A", x=18, size=10, colour=ACCENT),
 }
+# File > Print... is the tool bar's Print under the File menu's own name.
+ICONS["PrintFromFileMenu"] = ICONS["print"]
 
 def main():
     root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "src", "design", "icons")

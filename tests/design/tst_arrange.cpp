@@ -11,6 +11,8 @@
 #include "entry/PrivateProfile.h"
 
 #include <QMenu>
+#include <QMenuBar>
+#include <functional>
 #include <QScrollBar>
 #include <QToolBar>
 
@@ -89,6 +91,30 @@ private slots:
         QCOMPARE(Arrange::CentreOffset(in, 10800), 3300.0);
         // Wider than the page: it starts at the left edge.
         QCOMPARE(Arrange::CentreOffset(in, 2000), -100.0);
+    }
+
+    // Every command a menu offers shows a picture; only the titles of menus and sub-menus are words.
+    void everyMenuCommandHasAnIcon()
+    {
+        WindowTestHost host;
+        Window w = Open();
+        QStringList missing;
+        std::function<void(QMenu*)> walk = [&](QMenu* menu) {
+            for (QAction* a : menu->actions()) {
+                if (a->isSeparator())
+                    continue;
+                if (a->menu())
+                    walk(a->menu());
+                else if (a->icon().isNull())
+                    missing << menu->title().remove(QLatin1Char('&')) + QStringLiteral(" > ") + a->text().remove(QLatin1Char('&'));
+            }
+        };
+        const QList<QAction*> titles = w->menuBar()->actions();
+        QVERIFY(titles.size() >= 5);
+        for (QAction* title : titles)
+            if (title->menu())
+                walk(title->menu());
+        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QStringLiteral(", "))));
     }
 
     void toolsShowIconsAndMenuTitlesStayWords()
