@@ -92,6 +92,17 @@ struct ReportFixture {
                 keys << QString::number(k);
         return keys;
     }
+
+    // The first `count` listings the demo user may see (his status filter applied), in key order.
+    QStringList visibleListings(int count)
+    {
+        QStringList keys;
+        const std::unique_ptr<Recordset> rs = host->Database().OpenRecordset(
+            1, "SELECT ListNum FROM Listings WHERE CLng(LstStatus) NOT IN (" + host->StatusList() + ") ORDER BY ListNum;", 3, 1, 1);
+        for (; !rs->Eof() && keys.size() < count; rs->MoveNext())
+            keys << rs->Fields(0).toString();
+        return keys;
+    }
 };
 
 // The text of every page of a PDF (pdftotext separates pages with form feeds).

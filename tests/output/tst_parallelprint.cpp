@@ -136,12 +136,8 @@ private slots:
     void initTestCase()
     {
         ReportFixture f;
-        const std::unique_ptr<Recordset> rs = gHost->Database().OpenRecordset(
-            1, "SELECT ListNum FROM Listings WHERE CLng(LstStatus) NOT IN (" + gHost->StatusList() + ") ORDER BY ListNum;", 3, 1, 1);
-        for (; !rs->Eof(); rs->MoveNext())
-            m_keys << rs->Fields(0).toString();
-        QVERIFY(m_keys.size() >= 16);
-        m_keys = m_keys.mid(0, 16);
+        m_keys = f.visibleListings(16);
+        QCOMPARE(m_keys.size(), 16);
         m_keys << m_keys[2] << "999999"; // a repeat and a key without a record
 
         // A JPEG and a PNG on every page, a photo per listing; three fonts.

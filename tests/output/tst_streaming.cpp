@@ -95,12 +95,8 @@ private slots:
     void initTestCase()
     {
         ReportFixture f;
-        const std::unique_ptr<Recordset> rs = gHost->Database().OpenRecordset(
-            1, "SELECT ListNum FROM Listings WHERE CLng(LstStatus) NOT IN (" + gHost->StatusList() + ") ORDER BY ListNum;", 3, 1, 1);
-        for (; !rs->Eof(); rs->MoveNext())
-            m_keys << rs->Fields(0).toString();
-        QVERIFY(m_keys.size() >= 12);
-        m_keys = m_keys.mid(0, 12);
+        m_keys = f.visibleListings(12);
+        QCOMPARE(m_keys.size(), 12);
     }
 
     // Chunk boundaries fall before, on and after the last record; every run prints the same pages.
