@@ -187,6 +187,8 @@ bool frmPagewright::AdoptRecoveredReport(const QString& copyFile, const QString&
     m_doc->SetFileName(reportFile);
     // Unsaved changes of the report, not the report: saving is the user's decision.
     m_doc->DirtyFlag = true;
+    // Undo starts at the recovered page (unsaved), not at what the window showed before.
+    m_history->Reset();
     UpdateCaption();
     if (m_recovery)
         m_recovery->Update(); // this window's own copy, before the old one goes

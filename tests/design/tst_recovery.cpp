@@ -136,6 +136,18 @@ private slots:
         QCOMPARE(w->ReportFile(), host.Report());
         QVERIFY(w->windowTitle().contains("Open House.rdf"));
         QCOMPARE(bytesOf(host.Report()), saved);
+        // Undo starts at the recovered page: a change undoes back to it, still unsaved.
+        w->SelObj().Select(Control(*w, 1));
+        const double left = clsRptControl::Prop(Control(*w, 1), "Left").toDouble();
+        QTest::keyClick(w->Page().View(), Qt::Key_Right);
+        QCoreApplication::processEvents();
+        QCOMPARE(clsRptControl::Prop(Control(*w, 1), "Left").toDouble(), left + 60);
+        QTest::keyClick(w->Page().View(), Qt::Key_Z, Qt::ControlModifier);
+        QCoreApplication::processEvents();
+        QCOMPARE(w->Document().RptItemCount(), 2);
+        QCOMPARE(clsRptControl::Prop(Control(*w, 1), "Left").toDouble(), left);
+        QVERIFY(w->Document().DirtyFlag);
+        QVERIFY(!w->Commands().Action(QStringLiteral("miUndo"))->isEnabled());
         // The old copy is gone; the window keeps its own while the changes stay unsaved.
         QVERIFY(!QFile::exists(killed.copy));
         const QString own = w->Recovery()->CopyFile();
