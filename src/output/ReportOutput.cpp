@@ -19,6 +19,28 @@ QString native(const QString& path) { return QDir::toNativeSeparators(path); }
 
 constexpr int kPdfDpi = 1200;
 
+// A page image as PNG bytes.
+QByteArray PngBytes(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(image))
+        throw HostError(HostErr::FileAccess, QStringLiteral("Cannot encode the page: ") + writer.errorString());
+    return bytes;
+}
+
+// Twips as the SVG's user unit; the page keeps its size in points.
+void SetUpSvg(QSvgGenerator& svg, QIODevice* out, QSize pixels, double dpi, int page)
+{
+    svg.setOutputDevice(out);
+    svg.setResolution(int(dpi));
+    svg.setSize(pixels);
+    svg.setViewBox(QRect(QPoint(0, 0), pixels));
+    svg.setTitle(QStringLiteral("Page %1").arg(page + 1));
+}
+
 // A PDF page painted on any thread and compressed there.
 class PdfCanvas : public PageCanvas {
 public:
@@ -39,11 +61,7 @@ public:
     int Hints() const override { return QPainter::Antialiasing | QPainter::SmoothPixmapTransform; }
     void Close() override
     {
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter writer(&buffer, "png");
-        if (!writer.write(m_image))
-            throw HostError(HostErr::FileAccess, QStringLiteral("Cannot encode the page: ") + writer.errorString());
+        bytes = PngBytes(m_image);
         m_image = QImage();
     }
     QByteArray bytes;
@@ -58,11 +76,7 @@ public:
     SvgCanvas(QSize pixels, double dpi, int page) : m_buffer(&bytes)
     {
         m_buffer.open(QIODevice::WriteOnly);
-        m_svg.setOutputDevice(&m_buffer);
-        m_svg.setResolution(int(dpi));
-        m_svg.setSize(pixels);
-        m_svg.setViewBox(QRect(QPoint(0, 0), pixels));
-        m_svg.setTitle(QStringLiteral("Page %1").arg(page + 1));
+        SetUpSvg(m_svg, &m_buffer, pixels, dpi, page);
     }
     QPaintDevice* Device() override { return &m_svg; }
     QByteArray bytes;
@@ -212,7 +226,7 @@ QPainter* PdfFileOutput::BeginPage(int, int, const QString&)
 
 void PdfFileOutput::EndPage() {}
 
-double PdfFileOutput::Dpi() const { return 1200; }
+double PdfFileOutput::Dpi() const { return kPdfDpi; }
 
 std::unique_ptr<PageCanvas> PdfFileOutput::NewPdfCanvas(const QPageLayout& layout) { return std::make_unique<PdfCanvas>(layout); }
 
@@ -306,7 +320,7 @@ void PdfEachOutput::Finish()
     }
 }
 
-double PdfEachOutput::Dpi() const { return 1200; }
+double PdfEachOutput::Dpi() const { return kPdfDpi; }
 
 // ---- pictures of pages ---------------------------------------------------------------------
 
@@ -397,12 +411,7 @@ QPainter* PageImageOutput::BeginPage(int page, int, const QString&)
     } else {
         m_file = std::make_unique<OutputFile>(QDir(m_folder).filePath(FileNameFor(page, m_format)), m_hooks);
         auto svg = std::make_unique<QSvgGenerator>();
-        svg->setOutputDevice(&m_file->Device());
-        // Twips as the SVG's user unit; the page keeps its size in points.
-        svg->setResolution(int(m_dpi));
-        svg->setSize(pixels);
-        svg->setViewBox(QRect(QPoint(0, 0), pixels));
-        svg->setTitle(QStringLiteral("Page %1").arg(page + 1));
+        SetUpSvg(*svg, &m_file->Device(), pixels, m_dpi, page);
         m_svg = std::move(svg);
         m_painter.begin(m_svg.get());
     }
@@ -413,11 +422,7 @@ void PageImageOutput::EndPage()
 {
     m_painter.end();
     if (m_format == Png) {
-        OutputFile file(QDir(m_folder).filePath(FileNameFor(m_page, m_format)), m_hooks);
-        QImageWriter writer(&file.Device(), "png");
-        if (!writer.write(m_image))
-            file.Fail();
-        file.Commit();
+        writeFile(m_page, PngBytes(m_image));
         m_image = QImage();
     } else {
         m_svg.reset();
